@@ -1,0 +1,18 @@
+// main() for tests that need a Qt application object of a given kind.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QGuiApplication>
+
+int main(int argc, char** argv) {
+    ::testing::InitGoogleTest(&argc, argv);
+#if defined(VORLUNE_TEST_APP_WIDGETS)
+    QApplication app(argc, argv);
+#elif defined(VORLUNE_TEST_APP_GUI)
+    QGuiApplication app(argc, argv);
+#else
+    QCoreApplication app(argc, argv);
+#endif
+    return RUN_ALL_TESTS();
+}
