@@ -1,0 +1,132 @@
+#include "SystemMonitor.h"
+
+#include "FanFigures.h"
+#include "ThermalEstimate.h"
+
+#include <QPointer>
+
+#include <string>
+
+SystemMonitor::SystemMonitor(QObject* parent)
+    : SystemMonitor(SamplingMonitors::forThisMachine(), true, parent) {}
+
+SystemMonitor::SystemMonitor(SamplingMonitors sources, bool startSampling, QObject* parent)
+    : QObject(parent), monitors(std::make_shared<SamplingMonitors>(std::move(sources))) {
+    samplingQueue.setMaxThreadCount(1);
+    if (startSampling)
+        startMonitoring(samplingInterval);
+}
+
+SystemMonitor::~SystemMonitor() {
+    timer.reset();
+    if (monitors->thermalMonitor)
+        monitors->thermalMonitor->stopDaemon();
+    // At most one job is in flight; its queued publish dies with this object.
+    samplingQueue.waitForDone();
+}
+
+void SystemMonitor::startMonitoring(double intervalSeconds) {
+    timer.reset();
+    updateStats();
+    timer = std::make_unique<QTimer>();
+    timer->setTimerType(Qt::PreciseTimer);
+    timer->setInterval(static_cast<int>(intervalSeconds * 1000.0));
+    connect(timer.get(), &QTimer::timeout, this, &SystemMonitor::updateStats);
+    timer->start();
+}
+
+void SystemMonitor::updateStats() {
+    // A slow source must not build a backlog: a tick that finds the previous
+    // job still running is skipped.
+    if (jobInFlight->exchange(true))
+        return;
+    QPointer<SystemMonitor> self(this);
+    auto sources = monitors;
+    auto inFlight = jobInFlight;
+    samplingQueue.start([self, sources, inFlight] {
+        SystemSample sample = collectSample(*sources);
+        inFlight->store(false);
+        // Queued onto the monitor's thread; dropped by Qt if the monitor is gone.
+        QMetaObject::invokeMethod(
+            self.data(),
+            [self, sample = std::move(sample)] {
+                if (self)
+                    self->publish(sample);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+SystemSample SystemMonitor::collectSample(SamplingMonitors& monitors) {
+    SystemSample sample;
+    sample.cpuUsage = monitors.cpuMonitor->getTotalUsage();
+    sample.coreUsages = monitors.cpuMonitor->getPerCoreUsage();
+    sample.memory = monitors.memoryMonitor->getMemoryUsage();
+    sample.disk = monitors.diskMonitor->getDiskUsage();
+    sample.network = monitors.networkMonitor->getThroughput();
+    const auto& helperPath = monitors.thermalMonitor->helperPath();
+    if (helperPath) {
+        sample.thermal = monitors.thermalMonitor->readAll(*helperPath);
+    } else {
+        const auto state = monitors.thermalStateSource ? monitors.thermalStateSource->thermalState()
+                                                       : std::nullopt;
+        sample.thermal = estimatedThermalReadings(state);
+    }
+    return sample;
+}
+
+template <typename T> void SystemMonitor::assign(T& field, const T& value) {
+    emit objectWillChange();
+    field = value;
+}
+
+void SystemMonitor::appendToHistory(std::vector<double>& history, double value) {
+    emit objectWillChange();
+    history.push_back(value);
+}
+
+void SystemMonitor::trimHistory(std::vector<double>& history) {
+    if (history.size() <= static_cast<std::size_t>(historyLength))
+        return;
+    emit objectWillChange();
+    history.erase(history.begin());
+}
+
+void SystemMonitor::publish(const SystemSample& sample) {
+    assign(cpuUsage_, sample.cpuUsage);
+    assign(coreUsages_, sample.coreUsages);
+    appendToHistory(cpuHistory_, sample.cpuUsage);
+    trimHistory(cpuHistory_);
+
+    assign(memoryUsed_, sample.memory.used);
+    assign(memoryTotal_, sample.memory.total);
+    appendToHistory(memoryHistory_,
+                    sample.memory.total > 0 ? sample.memory.used / sample.memory.total : 0.0);
+    trimHistory(memoryHistory_);
+
+    assign(diskUsed_, sample.disk.used);
+    assign(diskTotal_, sample.disk.total);
+
+    assign(networkBytesIn_, sample.network.bytesIn);
+    assign(networkBytesOut_, sample.network.bytesOut);
+    appendToHistory(networkInHistory_, sample.network.bytesIn);
+    appendToHistory(networkOutHistory_, sample.network.bytesOut);
+    trimHistory(networkInHistory_);
+    trimHistory(networkOutHistory_);
+
+    assign(temperature_, sample.thermal.cpuTemp);
+    assign(gpuTemperature_, sample.thermal.gpuTemp);
+    assign(allSensors_, sample.thermal.sensors);
+    appendToHistory(temperatureHistory_, sample.thermal.cpuTemp);
+    trimHistory(temperatureHistory_);
+
+    assign(fanSpeed_, firstFanSpeed(sample.thermal));
+    assign(fanMaxSpeed_, firstFanMaxSpeed(sample.thermal));
+    assign(fans_, sample.thermal.fans);
+    emit sampled();
+}
+
+void SystemMonitor::setAllFansAuto() {
+    for (const FanInfo& fan : fans_)
+        monitors->thermalMonitor->sendCommand("fan-auto " + std::to_string(fan.id));
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "../NetworkMonitor.h"
+
+#include <string_view>
+#include <vector>
+
+/// Parses /proc/net/dev: per interface, the 64-bit received bytes (first number
+/// after the colon) and sent bytes (ninth). Header and malformed lines are skipped.
+std::vector<InterfaceCounters> parseProcNetDev(std::string_view text);

@@ -1,0 +1,37 @@
+#include "ProcStatCpuSource.h"
+
+#include "ProcStatParser.h"
+#include "TextFile.h"
+
+#include <algorithm>
+
+ProcStatCpuSource::ProcStatCpuSource(std::string root) : path(pathUnderRoot(root, "/proc/stat")) {}
+
+std::optional<std::vector<CpuTicks>> ProcStatCpuSource::readTicks() {
+    if (!readTextFile(path, buffer))
+        return std::nullopt;
+    const auto cpus = parseProcStat(buffer);
+    if (cpus.empty())
+        return std::nullopt;
+
+    for (const NumberedCpuTicks& cpu : cpus) {
+        if (cpu.cpu >= reported.size())
+            reported.resize(cpu.cpu + 1);
+        auto& last = reported[cpu.cpu];
+        if (!last) {
+            last = cpu.ticks;
+            continue;
+        }
+        last->user = std::max(last->user, cpu.ticks.user);
+        last->system = std::max(last->system, cpu.ticks.system);
+        last->idle = std::max(last->idle, cpu.ticks.idle);
+        last->nice = std::max(last->nice, cpu.ticks.nice);
+    }
+
+    std::vector<CpuTicks> ticks;
+    ticks.reserve(reported.size());
+    for (const auto& cpu : reported)
+        if (cpu)
+            ticks.push_back(*cpu);
+    return ticks;
+}

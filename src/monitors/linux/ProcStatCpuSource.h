@@ -1,0 +1,25 @@
+#pragma once
+
+#include "../CpuTicks.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Per-processor ticks from <root>/proc/stat.
+///
+/// The kernel's counters can go backwards (iowait may decrease, idle has been
+/// seen to step back after suspend) and an offline CPU drops its line. This
+/// source smooths that over: it reports every CPU seen since start in CPU-number
+/// order, an offline CPU keeping its last counters, and never reports a counter
+/// below the value it reported before.
+class ProcStatCpuSource : public CpuTickSource {
+public:
+    explicit ProcStatCpuSource(std::string root = "/");
+    std::optional<std::vector<CpuTicks>> readTicks() override;
+
+private:
+    std::string path;
+    std::string buffer;
+    std::vector<std::optional<CpuTicks>> reported; // indexed by CPU number
+};
