@@ -26,14 +26,29 @@ public:
     /// The one-shot helper found at construction, if any.
     const std::optional<std::string>& helperPath() const { return helperPath_; }
 
+    /// The one-shot helper: <exe dir>/../libexec/vorlune/smc_helper, then
+    /// <exe dir>/../SMCHelper/smc_helper, then the build tree's helper.
     static std::optional<std::string> locateHelper();
+    /// Whether the installed path is a root-owned executable file with the setuid bit.
     bool isHelperInstalled() const;
+    /// Runs `path --all` and decodes its answer; empty readings when it cannot be
+    /// started, answers badly, or has not exited 1.5 s after launch (it is killed).
+    /// Takes no lock; safe from the sampling thread while the daemon is in use.
     ThermalReadings readAll(const std::string& path) const;
 
+    /// Starts the installed helper with "--daemon" unless it runs already, and waits
+    /// up to 15 s for its first line. Blocks: never call it on the main thread.
     bool startDaemon();
+    /// Writes `command` and a line feed to the daemon; false when none runs or the
+    /// write fails. Lines from several threads arrive whole and in call order.
     bool sendCommand(std::string_view command);
+    /// Sends "set-fan <id> <rpm>", the speed formatted with "%.0f".
     bool setFanSpeed(long long fanId, double rpm);
+    /// Sends "set-all" with one "%.0f" speed per fan id from 0 to the largest key, 0
+    /// for ids not in the map ("set-all 0" for an empty map). A negative largest key
+    /// ends the process.
     bool setAllFans(const std::map<long long, double>& rpmByFan);
+    /// Sends "quit", closes the daemon's input and waits, without limit, for it to exit.
     void stopDaemon();
 
     const std::string& installedHelperPath() const { return installedHelperPath_; }

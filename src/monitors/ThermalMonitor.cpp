@@ -1,0 +1,161 @@
+#include "ThermalMonitor.h"
+
+#include "ThermalAnswerDecoder.h"
+#include "linux/ChildProcess.h"
+#include "linux/HelperLocation.h"
+
+#include <QByteArrayView>
+#include <QString>
+#include <QStringDecoder>
+
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+namespace {
+
+// A healthy helper answers in about a millisecond; a hung one must not stall sampling.
+constexpr std::chrono::milliseconds oneShotLimit{1500};
+constexpr std::chrono::seconds handshakeLimit{15};
+constexpr std::chrono::milliseconds handshakeRetryPause{100};
+
+std::string formatRpm(double rpm) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.0f", rpm);
+    return text;
+}
+
+bool holdsCompleteLine(const std::string& bytes) {
+    QStringDecoder utf8(QStringDecoder::Utf8);
+    const QString text = utf8(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    return !utf8.hasError() && text.contains(QLatin1Char('\n'));
+}
+
+// Waits until the daemon has written one whole line, or the limit has passed. The
+// line's content does not matter: it only says the daemon is ready.
+void awaitReadyLine(int output) {
+    const auto deadline = std::chrono::steady_clock::now() + handshakeLimit;
+    std::string received;
+    while (std::chrono::steady_clock::now() < deadline) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(
+            deadline - std::chrono::steady_clock::now());
+        pollfd watch{output, POLLIN, 0};
+        const int ready = poll(&watch, 1, static_cast<int>(left.count()));
+        if (ready == 0 || (ready < 0 && errno == EINTR))
+            continue;
+        char chunk[512];
+        const ssize_t n = ready > 0 ? ::read(output, chunk, sizeof chunk) : -1;
+        if (n > 0) {
+            received.append(chunk, static_cast<size_t>(n));
+            if (holdsCompleteLine(received))
+                return;
+        } else if (n < 0 && errno == EINTR) {
+            continue;
+        } else {
+            std::this_thread::sleep_for(handshakeRetryPause);
+        }
+    }
+}
+
+} // namespace
+
+struct ThermalMonitor::Daemon {
+    std::unique_ptr<ChildProcess> process; // the daemon, if one was started
+    UniqueFd input;                        // the writing end of its standard input
+};
+
+ThermalMonitor::ThermalMonitor(std::string installedHelperPath, std::string elevationProgram)
+    : installedHelperPath_(std::move(installedHelperPath)),
+      elevationProgram_(std::move(elevationProgram)), helperPath_(locateHelper()) {}
+
+ThermalMonitor::~ThermalMonitor() {
+    stopDaemon();
+}
+
+std::optional<std::string> ThermalMonitor::locateHelper() {
+    return locateHelperFrom(executableDirectory().value_or(std::string()),
+                            VORLUNE_BUILD_HELPER_PATH);
+}
+
+bool ThermalMonitor::isHelperInstalled() const {
+    if (!isExecutableFile(installedHelperPath_))
+        return false;
+    // The link itself, not its target: a symlink is not an installed helper.
+    struct stat status {};
+    if (::lstat(installedHelperPath_.c_str(), &status) != 0)
+        return false;
+    return status.st_uid == 0 && (status.st_mode & S_ISUID) != 0;
+}
+
+ThermalReadings ThermalMonitor::readAll(const std::string& path) const {
+    const std::optional<std::string> answer =
+        ChildProcess::runForOutput(path, {"--all"}, oneShotLimit);
+    if (!answer)
+        return emptyThermalReadings;
+    return decodeThermalAnswer(*answer);
+}
+
+bool ThermalMonitor::startDaemon() {
+    std::lock_guard lock(daemonLock);
+    if (daemon_ && daemon_->process && daemon_->process->isRunning())
+        return true;
+    if (!isHelperInstalled())
+        return false;
+    std::unique_ptr<ChildProcess> process =
+        ChildProcess::start(installedHelperPath_, {"--daemon"},
+                            {ChildStream::pipe, ChildStream::pipe, ChildStream::nullDevice});
+    if (!process)
+        return false;
+
+    // After the handshake the daemon's output is never read again.
+    const UniqueFd output = std::move(process->outputReader());
+    daemon_ = std::make_unique<Daemon>();
+    daemon_->input = std::move(process->inputWriter());
+    daemon_->process = std::move(process);
+    awaitReadyLine(output.get());
+    return daemon_->process->isRunning();
+}
+
+bool ThermalMonitor::sendCommand(std::string_view command) {
+    std::lock_guard lock(daemonLock);
+    if (!daemon_ || !daemon_->input || !daemon_->process || !daemon_->process->isRunning())
+        return false;
+    std::string line(command);
+    line += '\n';
+    return ChildProcess::writeAll(daemon_->input.get(), line);
+}
+
+bool ThermalMonitor::setFanSpeed(long long fanId, double rpm) {
+    return sendCommand("set-fan " + std::to_string(fanId) + " " + formatRpm(rpm));
+}
+
+bool ThermalMonitor::setAllFans(const std::map<long long, double>& rpmByFan) {
+    const long long highest = rpmByFan.empty() ? 0 : rpmByFan.rbegin()->first;
+    if (highest < 0)
+        qFatal("setAllFans: fan ids must not be negative (largest is %lld)", highest);
+    std::string line = "set-all";
+    for (long long id = 0; id <= highest; ++id) {
+        const auto entry = rpmByFan.find(id);
+        line += ' ';
+        line += formatRpm(entry == rpmByFan.end() ? 0.0 : entry->second);
+    }
+    return sendCommand(line);
+}
+
+void ThermalMonitor::stopDaemon() {
+    std::lock_guard lock(daemonLock);
+    if (!daemon_)
+        return;
+    if (daemon_->input) {
+        ChildProcess::writeAll(daemon_->input.get(), "quit\n");
+        daemon_->input.reset();
+    }
+    if (daemon_->process)
+        daemon_->process->waitForExit();
+    daemon_.reset();
+}

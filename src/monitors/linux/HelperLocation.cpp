@@ -1,0 +1,38 @@
+#include "HelperLocation.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <vector>
+
+bool isExecutableFile(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+           ::access(path.c_str(), X_OK) == 0;
+}
+
+std::optional<std::string> executableDirectory() {
+    std::error_code error;
+    const std::filesystem::path executable = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (error || !executable.has_parent_path())
+        return std::nullopt;
+    return executable.parent_path().string();
+}
+
+std::optional<std::string> locateHelperFrom(const std::string& executableDirectory,
+                                            const std::string& buildHelperPath) {
+    std::vector<std::string> candidates;
+    if (!executableDirectory.empty()) {
+        const std::filesystem::path prefix = std::filesystem::path(executableDirectory) / "..";
+        candidates.push_back((prefix / "libexec/vorlune/smc_helper").lexically_normal().string());
+        candidates.push_back((prefix / "SMCHelper/smc_helper").lexically_normal().string());
+    }
+    if (!buildHelperPath.empty())
+        candidates.push_back(buildHelperPath);
+    for (const std::string& candidate : candidates) {
+        if (isExecutableFile(candidate))
+            return candidate;
+    }
+    return std::nullopt;
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+/// Whether `path` names a regular file (after symlinks) that this process may execute.
+bool isExecutableFile(const std::string& path);
+
+/// The directory that holds the running executable, from /proc/self/exe.
+std::optional<std::string> executableDirectory();
+
+/// The one-shot helper, first hit wins: <executableDirectory>/../libexec/vorlune/smc_helper
+/// (installed), <executableDirectory>/../SMCHelper/smc_helper (build tree), then
+/// `buildHelperPath`. Each must be an executable file. An empty directory or build path
+/// skips those places.
+std::optional<std::string> locateHelperFrom(const std::string& executableDirectory,
+                                            const std::string& buildHelperPath);
