@@ -7,7 +7,7 @@ vorlune_build_packages=(
   fonts-dejavu-core fonts-symbola
 )
 vorlune_test_packages=(
-  libgtest-dev libgmock-dev clang-format
+  libgtest-dev libgmock-dev libbenchmark-dev clang-format python3
   clang libclang-rt-14-dev
   xvfb xauth openbox tint2 xfce4-panel xdotool imagemagick dbus dbus-bin x11-utils
   desktop-file-utils appstream
@@ -28,6 +28,31 @@ vorlune_install_missing() {
   [ "$(id -u)" -ne 0 ] && sudo=(sudo)
   "${sudo[@]}" apt-get update -qq
   DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
+}
+
+# The libFuzzer targets need clang, so they live in a build tree of their own.
+vorlune_build_fuzzers() {
+  local dir=$vorlune_root/build-fuzz
+  if [ ! -f "$dir/build.ninja" ]; then
+    CC=clang CXX=clang++ cmake -S "$vorlune_root" -B "$dir" -G Ninja -DBUILD_TESTING=OFF \
+      -DVORLUNE_FUZZERS=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+      -DCMAKE_CXX_FLAGS="-fsanitize=fuzzer-no-link,address,undefined"
+  fi
+  cmake --build "$dir" -j "$(nproc)" --target fuzz_daemon_commands fuzz_helper_answer
+}
+
+# Runs each fuzz target for $1 seconds over a copy of its corpus in the tree.
+vorlune_run_fuzzers() {
+  local seconds=$1 target corpus work
+  for target in fuzz_daemon_commands fuzz_helper_answer; do
+    corpus=$vorlune_root/tests/fuzz/corpus/$target
+    work=$(mktemp -d)
+    cp -r "$corpus/." "$work/" 2>/dev/null || true
+    echo "Fuzzing $target for ${seconds}s"
+    "$vorlune_root/build-fuzz/tests/fuzz/$target" -max_total_time="$seconds" -print_final_stats=0 \
+      -artifact_prefix="$vorlune_root/build-fuzz/$target-" "$work" "$corpus" 2>&1 | tail -n 3
+    rm -rf "$work"
+  done
 }
 
 vorlune_configure_and_build() {

@@ -7,6 +7,9 @@
 
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
+    // Test discovery runs without the tests' environment: never need a display.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
 #if defined(VORLUNE_TEST_APP_WIDGETS)
     QApplication app(argc, argv);
 #elif defined(VORLUNE_TEST_APP_GUI)
