@@ -8,11 +8,6 @@
 #include <QString>
 #include <QStringDecoder>
 
-#include <poll.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <thread>
@@ -44,19 +39,12 @@ void awaitReadyLine(int output) {
     while (std::chrono::steady_clock::now() < deadline) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(
             deadline - std::chrono::steady_clock::now());
-        pollfd watch{output, POLLIN, 0};
-        const int ready = poll(&watch, 1, static_cast<int>(left.count()));
-        if (ready == 0 || (ready < 0 && errno == EINTR))
-            continue;
-        char chunk[512];
-        const ssize_t n = ready > 0 ? ::read(output, chunk, sizeof chunk) : -1;
-        if (n > 0) {
-            received.append(chunk, static_cast<size_t>(n));
+        const PipeChunk chunk = ChildProcess::readChunk(output, left);
+        if (chunk.kind == PipeChunk::Kind::data) {
+            received += chunk.bytes;
             if (holdsCompleteLine(received))
                 return;
-        } else if (n < 0 && errno == EINTR) {
-            continue;
-        } else {
+        } else if (chunk.kind == PipeChunk::Kind::endOfFile) {
             std::this_thread::sleep_for(handshakeRetryPause);
         }
     }
@@ -83,13 +71,7 @@ std::optional<std::string> ThermalMonitor::locateHelper() {
 }
 
 bool ThermalMonitor::isHelperInstalled() const {
-    if (!isExecutableFile(installedHelperPath_))
-        return false;
-    // The link itself, not its target: a symlink is not an installed helper.
-    struct stat status {};
-    if (::lstat(installedHelperPath_.c_str(), &status) != 0)
-        return false;
-    return status.st_uid == 0 && (status.st_mode & S_ISUID) != 0;
+    return isExecutableFile(installedHelperPath_) && isRootOwnedSetuid(installedHelperPath_);
 }
 
 ThermalReadings ThermalMonitor::readAll(const std::string& path) const {

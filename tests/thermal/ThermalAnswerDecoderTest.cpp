@@ -27,6 +27,10 @@ struct ChoiceCase {
     double gpuTemp;
 };
 
+void PrintTo(const ChoiceCase& c, std::ostream* out) {
+    *out << c.name;
+}
+
 class TemperatureChoice : public testing::TestWithParam<ChoiceCase> {};
 
 TEST_P(TemperatureChoice, PicksCpuAndGpuFromLabels) {
@@ -72,6 +76,10 @@ struct WireCase {
     const char* answer;
     ThermalReadings expected;
 };
+
+void PrintTo(const WireCase& c, std::ostream* out) {
+    *out << c.name;
+}
 
 class AnswerFormat : public testing::TestWithParam<WireCase> {};
 

@@ -38,6 +38,10 @@ struct ZoneCase {
     std::optional<ThermalState> expected;
 };
 
+void PrintTo(const ZoneCase& c, std::ostream* out) {
+    *out << c.name;
+}
+
 class ThermalZoneLevels : public testing::TestWithParam<ZoneCase> {};
 
 TEST_P(ThermalZoneLevels, WorstCpuZoneGivesTheState) {

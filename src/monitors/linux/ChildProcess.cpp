@@ -134,6 +134,21 @@ std::optional<std::string> ChildProcess::runForOutput(const std::string& program
     return drainPipe(child->outputReader().get());
 }
 
+PipeChunk ChildProcess::readChunk(int fd, std::chrono::milliseconds limit) {
+    pollfd watch{fd, POLLIN, 0};
+    const int ready = poll(&watch, 1, static_cast<int>(limit.count()));
+    if (ready == 0 || (ready < 0 && errno == EINTR))
+        return {PipeChunk::Kind::timedOut, {}};
+    char buffer[4096];
+    ssize_t n;
+    do {
+        n = ready > 0 ? ::read(fd, buffer, sizeof buffer) : -1;
+    } while (n < 0 && errno == EINTR);
+    if (n <= 0)
+        return {PipeChunk::Kind::endOfFile, {}};
+    return {PipeChunk::Kind::data, std::string(buffer, static_cast<size_t>(n))};
+}
+
 bool ChildProcess::writeAll(int fd, std::string_view bytes) {
     // Block SIGPIPE for this thread while writing and swallow the one a broken pipe
     // raises, so the write fails with EPIPE even where SIGPIPE is not ignored.

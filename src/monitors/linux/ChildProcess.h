@@ -21,6 +21,12 @@ struct ChildStreams {
     ChildStream error = ChildStream::inherited;
 };
 
+/// What one read from a pipe gave; a read error counts as the end of the data.
+struct PipeChunk {
+    enum class Kind { data, endOfFile, timedOut } kind = Kind::timedOut;
+    std::string bytes;
+};
+
 /// A child process started with posix_spawn. Unlike QProcess it is bound to no
 /// thread: any thread may use it, as long as calls on one object do not overlap.
 /// Every pipe end is close-on-exec, so no other child inherits it. The child runs
@@ -39,6 +45,9 @@ public:
     static std::optional<std::string> runForOutput(const std::string& program,
                                                    const std::vector<std::string>& arguments,
                                                    std::chrono::milliseconds limit);
+
+    /// Waits up to `limit` for `fd` to offer data, then reads what is there.
+    static PipeChunk readChunk(int fd, std::chrono::milliseconds limit);
 
     /// Writes all of `bytes` to `fd`. False on any error, including a reader that has
     /// gone; that case never raises SIGPIPE, whatever the process's disposition.

@@ -12,6 +12,12 @@ bool isExecutableFile(const std::string& path) {
            ::access(path.c_str(), X_OK) == 0;
 }
 
+bool isRootOwnedSetuid(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0 && status.st_uid == 0 &&
+           (status.st_mode & S_ISUID) != 0;
+}
+
 std::optional<std::string> executableDirectory() {
     std::error_code error;
     const std::filesystem::path executable = std::filesystem::read_symlink("/proc/self/exe", error);

@@ -6,6 +6,10 @@
 /// Whether `path` names a regular file (after symlinks) that this process may execute.
 bool isExecutableFile(const std::string& path);
 
+/// Whether `path` itself (a symlink is not followed) is owned by root and has the
+/// set-user-ID bit.
+bool isRootOwnedSetuid(const std::string& path);
+
 /// The directory that holds the running executable, from /proc/self/exe.
 std::optional<std::string> executableDirectory();
 
