@@ -1,0 +1,52 @@
+#include "FanDetailBody.h"
+
+#include "FanRowsView.h"
+#include "PopoverStyle.h"
+#include "PopoverText.h"
+#include "SymbolLabel.h"
+#include "monitors/SystemMonitor.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+FanDetailBody::FanDetailBody(SystemMonitor& monitor, AppSettings& settings, QWidget* parent)
+    : DetailBody(parent), monitor(monitor), settings(settings) {
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(6);
+    fanIcon = makeFanIcon();
+    speed = PopoverStyle::label({}, 18, QFont::Bold, this);
+    speed->setObjectName(QStringLiteral("speed"));
+
+    auto* readout = new QVBoxLayout;
+    readout->setSpacing(0);
+    readout->addWidget(PopoverStyle::caption(QStringLiteral("Fan Speed"), this));
+    readout->addWidget(speed);
+    auto* top = new QHBoxLayout;
+    top->setSpacing(10);
+    top->addWidget(fanIcon);
+    top->addLayout(readout);
+    top->addStretch();
+    column->addLayout(top);
+    column->addSpacing(4);
+    column->addWidget(makeFanSection());
+}
+
+QWidget* FanDetailBody::makeFanIcon() {
+    return new SymbolLabel(QStringLiteral("fan.fill"), 28, {}, this);
+}
+
+QWidget* FanDetailBody::makeFanSection() {
+    auto* section = new FanRowsView(monitor, settings, this);
+    section->setObjectName(QStringLiteral("fanSection"));
+    return section;
+}
+
+void FanDetailBody::refresh(const SystemMonitor& monitor, const AppSettings&,
+                            const QColor& accent) {
+    if (auto* symbol = qobject_cast<SymbolLabel*>(fanIcon))
+        symbol->setColor(accent);
+    speed->setText(rpmText(static_cast<double>(monitor.fanSpeed())));
+    PopoverStyle::setTextColor(speed, accent);
+}

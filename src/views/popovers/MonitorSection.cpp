@@ -1,0 +1,73 @@
+#include "MonitorSection.h"
+
+#include "PopoverStyle.h"
+#include "SymbolLabel.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QVBoxLayout>
+
+MonitorSection::MonitorSection(const QString& title, const QString& icon,
+                               std::function<void()> onTap, QWidget* parent)
+    : QWidget(parent), title_(title), onTap(std::move(onTap)) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(6, 6, 6, 6);
+    layout->setSpacing(4);
+
+    auto* header = new QHBoxLayout;
+    header->setSpacing(6);
+    symbol = new SymbolLabel(icon, 14, {}, this);
+    header->addWidget(symbol);
+    header->addWidget(PopoverStyle::label(title, 10, QFont::DemiBold, this));
+    header->addStretch();
+    layout->addLayout(header);
+
+    content = new QVBoxLayout;
+    content->setSpacing(4);
+    layout->addLayout(content);
+
+    if (this->onTap)
+        setCursor(Qt::PointingHandCursor);
+}
+
+void MonitorSection::setColor(const QColor& color) {
+    color_ = color;
+    symbol->setColor(color);
+}
+
+void MonitorSection::mousePressEvent(QMouseEvent* event) {
+    pressed = onTap && event->button() == Qt::LeftButton;
+    event->setAccepted(pressed);
+}
+
+void MonitorSection::mouseReleaseEvent(QMouseEvent* event) {
+    const bool tapped = pressed && event->button() == Qt::LeftButton &&
+                        rect().contains(event->position().toPoint());
+    pressed = false;
+    if (tapped)
+        onTap();
+}
+
+void MonitorSection::enterEvent(QEnterEvent*) {
+    hovered = static_cast<bool>(onTap);
+    update();
+}
+
+void MonitorSection::leaveEvent(QEvent*) {
+    hovered = false;
+    update();
+}
+
+void MonitorSection::paintEvent(QPaintEvent*) {
+    if (!hovered)
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    QColor highlight = palette().color(QPalette::PlaceholderText);
+    highlight.setAlphaF(0.10f);
+    painter.setBrush(highlight);
+    painter.drawRoundedRect(QRectF(rect()), 6, 6);
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QColor>
+#include <QWidget>
+
+#include <functional>
+
+class SymbolLabel;
+class QVBoxLayout;
+
+/// A titled block of the main popover: a symbol in the section's colour, the title, and
+/// the rows below it. When it has an `onTap` action, a click anywhere on it runs it.
+class MonitorSection : public QWidget {
+    Q_OBJECT
+public:
+    MonitorSection(const QString& title, const QString& icon, std::function<void()> onTap = {},
+                   QWidget* parent = nullptr);
+
+    QString title() const { return title_; }
+    QColor color() const { return color_; }
+    /// Re-tints the symbol.
+    void setColor(const QColor& color);
+
+    /// Where the section's rows go.
+    QVBoxLayout* contentLayout() const { return content; }
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString title_;
+    QColor color_;
+    std::function<void()> onTap;
+    SymbolLabel* symbol;
+    QVBoxLayout* content;
+    bool hovered = false;
+    bool pressed = false;
+};

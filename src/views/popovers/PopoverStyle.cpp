@@ -1,0 +1,52 @@
+#include "PopoverStyle.h"
+
+#include <QFrame>
+#include <QLabel>
+
+namespace PopoverStyle {
+
+QFont font(const QFont& base, qreal pointSize, QFont::Weight weight) {
+    QFont result = base;
+    result.setPointSizeF(pointSize);
+    result.setWeight(weight);
+    return result;
+}
+
+QLabel* label(const QString& text, qreal pointSize, QFont::Weight weight, QWidget* parent) {
+    auto* result = new QLabel(text, parent);
+    result->setFont(font(result->font(), pointSize, weight));
+    return result;
+}
+
+QLabel* secondaryLabel(const QString& text, QWidget* parent) {
+    auto* result = label(text, 9, QFont::Normal, parent);
+    result->setForegroundRole(QPalette::PlaceholderText);
+    return result;
+}
+
+QLabel* caption(const QString& text, QWidget* parent) {
+    auto* result = label(text, 9, QFont::DemiBold, parent);
+    result->setForegroundRole(QPalette::PlaceholderText);
+    return result;
+}
+
+void setTextColor(QLabel* label, const QColor& colour) {
+    QPalette palette = label->palette();
+    palette.setColor(label->foregroundRole(), colour);
+    label->setPalette(palette);
+}
+
+QColor textColor(const QLabel* label) {
+    return label->palette().color(label->foregroundRole());
+}
+
+QFrame* divider(QWidget* parent) {
+    auto* line = new QFrame(parent);
+    line->setFrameShape(QFrame::HLine);
+    line->setFrameShadow(QFrame::Plain);
+    line->setForegroundRole(QPalette::Mid);
+    line->setFixedHeight(1);
+    return line;
+}
+
+} // namespace PopoverStyle
