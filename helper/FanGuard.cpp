@@ -1,0 +1,111 @@
+#include "FanGuard.h"
+
+#include "SysfsAttribute.h"
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace {
+
+constexpr long long defaultMaxRpm = 6000;
+constexpr long long fullDuty = 255;
+constexpr long long manualMode = 1;
+
+} // namespace
+
+FanGuard::FanGuard(const std::vector<FanReading>& fans) {
+    for (const FanReading& reading : fans) {
+        Fan fan;
+        fan.maxRpm = reading.maxRpm.value_or(defaultMaxRpm);
+        const FanControlPaths& control = reading.control;
+        if (control.kind != FanControlKind::none) {
+            fan.valueFd = openAttribute(control.valuePath, true);
+            fan.modeFd = control.modePath.empty() ? -1 : openAttribute(control.modePath, true);
+            const bool modeMissing = !control.modePath.empty() && fan.modeFd < 0;
+            if (fan.valueFd >= 0 && !modeMissing)
+                fan.kind = control.kind;
+        }
+        fans_.push_back(fan);
+    }
+}
+
+FanGuard::FanGuard(FanGuard&& other) noexcept : fans_(std::move(other.fans_)) {
+    other.fans_.clear();
+}
+
+FanGuard::~FanGuard() {
+    for (const Fan& fan : fans_) {
+        for (int fd : {fan.modeFd, fan.valueFd}) {
+            if (fd >= 0)
+                ::close(fd);
+        }
+    }
+}
+
+bool FanGuard::isControllable(std::size_t id) const {
+    return id < fans_.size() && fans_[id].kind != FanControlKind::none;
+}
+
+bool FanGuard::isHeld(std::size_t id) const {
+    return id < fans_.size() && fans_[id].saved.has_value();
+}
+
+bool FanGuard::save(Fan& fan) {
+    Saved saved;
+    const auto value = readAttributeInteger(fan.valueFd);
+    if (!value)
+        return false;
+    saved.value = *value;
+    if (fan.modeFd >= 0) {
+        saved.mode = readAttributeInteger(fan.modeFd);
+        if (!saved.mode)
+            return false;
+    }
+    fan.saved = saved;
+    return true;
+}
+
+bool FanGuard::write(const Fan& fan, std::optional<long long> mode, long long value) {
+    if (mode && fan.modeFd >= 0 && !writeAttributeInteger(fan.modeFd, *mode))
+        return false;
+    return writeAttributeInteger(fan.valueFd, value);
+}
+
+FanGuard::DriveResult FanGuard::drive(std::size_t id, long long rpm) {
+    if (!isControllable(id))
+        return DriveResult::notControllable;
+    Fan& fan = fans_[id];
+    if (!fan.saved && !save(fan))
+        return DriveResult::saveFailed;
+    const long long limited = std::clamp(rpm, 0LL, fan.maxRpm);
+    const long long value = fan.kind == FanControlKind::pwm
+                                ? (limited * fullDuty + fan.maxRpm / 2) / fan.maxRpm
+                                : limited;
+    return write(fan, manualMode, value) ? DriveResult::driven : DriveResult::writeFailed;
+}
+
+FanGuard::RestoreResult FanGuard::restore(std::size_t id) {
+    if (!isHeld(id))
+        return RestoreResult::restored;
+    Fan& fan = fans_[id];
+    const Saved saved = *fan.saved;
+    fan.saved.reset();
+
+    bool ok = writeAttributeInteger(fan.valueFd, saved.value);
+    if (ok && saved.mode)
+        ok = writeAttributeInteger(fan.modeFd, *saved.mode);
+    // The mode decides who controls the fan. A duty is not compared: drivers such as
+    // thinkpad_acpi quantise it, so it reads back different from what was written.
+    if (ok && saved.mode)
+        ok = readAttributeInteger(fan.modeFd) == saved.mode;
+    else if (ok)
+        ok = readAttributeInteger(fan.valueFd) == saved.value;
+    if (ok)
+        return RestoreResult::restored;
+    return runFullSpeed(fan) ? RestoreResult::fullSpeed : RestoreResult::failed;
+}
+
+bool FanGuard::runFullSpeed(const Fan& fan) {
+    const long long value = fan.kind == FanControlKind::pwm ? fullDuty : fan.maxRpm;
+    return write(fan, manualMode, value);
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "SensorCollector.h"
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+/// Owns the daemon's fan control files and puts every fan it touched back the way it
+/// found it. Before its first write to a fan it saves the value and mode (pwmN and
+/// pwmN_enable, or the RPM output and its manual switch); restoring writes them back,
+/// value first so the mode never returns to a stale duty, reads the mode back, and runs
+/// the fan at full speed when that fails.
+class FanGuard {
+public:
+    enum class DriveResult { driven, notControllable, saveFailed, writeFailed };
+    enum class RestoreResult { restored, fullSpeed, failed };
+
+    /// Opens the control files of every fan; call before dropping privileges.
+    explicit FanGuard(const std::vector<FanReading>& fans);
+    ~FanGuard();
+    FanGuard(const FanGuard&) = delete;
+    FanGuard& operator=(const FanGuard&) = delete;
+    FanGuard(FanGuard&&) noexcept;
+    FanGuard& operator=(FanGuard&&) = delete;
+
+    std::size_t fanCount() const { return fans_.size(); }
+    bool isControllable(std::size_t id) const;
+    bool isHeld(std::size_t id) const;
+
+    /// Sets fan `id` to `rpm`, as a duty of rpm / max (6000 when the fan reports none)
+    /// or as an RPM value, saving its state first if it was not held yet.
+    DriveResult drive(std::size_t id, long long rpm);
+
+    /// Hands fan `id` back; a fan that is not held is left alone.
+    RestoreResult restore(std::size_t id);
+
+private:
+    struct Saved {
+        std::optional<long long> mode;
+        long long value = 0;
+    };
+    struct Fan {
+        FanControlKind kind = FanControlKind::none;
+        int modeFd = -1;
+        int valueFd = -1;
+        long long maxRpm = 0;
+        std::optional<Saved> saved;
+    };
+
+    bool save(Fan& fan);
+    bool write(const Fan& fan, std::optional<long long> mode, long long value);
+    bool runFullSpeed(const Fan& fan);
+
+    std::vector<Fan> fans_;
+};

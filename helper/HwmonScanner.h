@@ -1,0 +1,51 @@
+#pragma once
+
+#include "SysfsTree.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// How a fan's speed is set: a duty cycle (pwmN with pwmN_enable), an RPM output with a
+/// manual switch (applesmc fanN_output/fanN_manual), or a closed-loop RPM target.
+enum class FanControlKind { none, pwm, rpmOutput, rpmTarget };
+
+struct FanControlPaths {
+    FanControlKind kind = FanControlKind::none;
+    std::string modePath;  ///< pwmN_enable or fanN_manual; empty when the chip has none
+    std::string valuePath; ///< pwmN, fanN_output or fanN_target
+};
+
+struct HwmonTemperature {
+    int index = 0;
+    std::string label; ///< tempN_label, empty when absent
+    long long milliCelsius = 0;
+    std::optional<long long> critMilliCelsius;
+    std::string inputPath;
+};
+
+struct HwmonFan {
+    int index = 0;
+    long long rpm = 0;
+    long long minRpm = 0;
+    std::optional<long long> maxRpm;
+    long long targetRpm = 0;
+    FanControlPaths control;
+};
+
+struct HwmonChip {
+    std::string name;
+    std::string deviceName; ///< last component of the device path, "virtual" without one
+    std::string devicePath; ///< as on a real machine; stable across boots, unlike hwmonN
+    bool hasDevice = false;
+    std::vector<HwmonTemperature> temperatures;
+    std::vector<HwmonFan> fans;
+};
+
+struct HwmonScanOptions {
+    bool readCriticalTemperatures = false;
+};
+
+/// Every chip under /sys/class/hwmon, except GPUs that are not runtime-active: reading
+/// one would wake a powered-down laptop GPU on every sample.
+std::vector<HwmonChip> scanHwmon(const SysfsTree& tree, const HwmonScanOptions& options);

@@ -1,0 +1,127 @@
+#include "SensorCollector.h"
+
+#include "NvmlReader.h"
+#include "SensorLabeller.h"
+#include "ThermalZoneScanner.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <tuple>
+
+namespace {
+
+// Keeps the answer far inside a pipe buffer, which the application reads only after exit.
+constexpr std::size_t maxTemperatures = 256;
+constexpr std::size_t maxFans = 32;
+constexpr std::string_view zoneDevicePrefix = "thermal_zone";
+
+// thermal_hwmon names its chip after the zone type, with '-' made '_'.
+std::string hwmonNameOfZoneType(std::string type) {
+    std::replace(type.begin(), type.end(), '-', '_');
+    return type;
+}
+
+bool mirrorsThermalZone(const HwmonChip& chip, const std::set<std::string>& zoneChipNames) {
+    if (chip.hasDevice)
+        return std::string_view(chip.deviceName).substr(0, zoneDevicePrefix.size()) ==
+               zoneDevicePrefix;
+    return zoneChipNames.count(chip.name) > 0;
+}
+
+bool chipOrder(const HwmonChip& a, const HwmonChip& b) {
+    const bool aGpu = classifyChip(a.name) == ChipKind::gpu;
+    const bool bGpu = classifyChip(b.name) == ChipKind::gpu;
+    return std::tie(aGpu, a.devicePath, a.name) < std::tie(bGpu, b.devicePath, b.name);
+}
+
+void appendHwmonTemperatures(const HwmonChip& chip, std::vector<TemperatureReading>& out) {
+    std::vector<RawTemperature> raw;
+    for (const HwmonTemperature& t : chip.temperatures)
+        raw.push_back({t.index, t.label, t.milliCelsius});
+    const auto labels = labelChipTemperatures(chip.name, raw);
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+        if (!labels[i])
+            continue;
+        const HwmonTemperature& t = chip.temperatures[i];
+        out.push_back(
+            {"hwmon/" + chip.name + "/" + chip.deviceName + "/temp" + std::to_string(t.index),
+             *labels[i], t.milliCelsius, t.critMilliCelsius, t.inputPath});
+    }
+}
+
+// Zones join the list when they stand in for a missing hwmon CPU sensor, or when their
+// hwmon mirror was dropped so that each zone is listed once, under its zone key.
+void appendThermalZones(const std::vector<ThermalZone>& zones, bool haveCpuSensor,
+                        const std::set<std::string>& mirroredChipNames,
+                        std::vector<TemperatureReading>& out) {
+    std::map<std::string, int> countByType;
+    for (const ThermalZone& zone : zones) {
+        const int ordinal = countByType[zone.type]++;
+        const bool standsInForCpu = isCpuZoneType(zone.type) && !haveCpuSensor;
+        if (!standsInForCpu && mirroredChipNames.count(hwmonNameOfZoneType(zone.type)) == 0)
+            continue;
+        out.push_back({"tz/" + zone.type + "/" + std::to_string(ordinal),
+                       labelThermalZone(zone.type, standsInForCpu), zone.milliCelsius,
+                       zone.critMilliCelsius, zone.tempPath});
+    }
+}
+
+// A second "CPU Die" (another socket) becomes "CPU Die 2", and so on.
+void numberRepeatedLabels(std::vector<TemperatureReading>& temperatures) {
+    std::set<std::string> used;
+    for (TemperatureReading& reading : temperatures) {
+        std::string label = reading.label;
+        for (int n = 2; used.count(label) > 0; ++n)
+            label = reading.label + " " + std::to_string(n);
+        used.insert(label);
+        reading.label = std::move(label);
+    }
+}
+
+} // namespace
+
+SensorReadings collectSensors(const SysfsTree& tree, const CollectOptions& options) {
+    std::vector<HwmonChip> chips = scanHwmon(tree, {options.readCriticalTemperatures});
+    const std::vector<ThermalZone> zones = scanThermalZones(tree, options.readCriticalTemperatures);
+
+    std::set<std::string> zoneChipNames;
+    for (const ThermalZone& zone : zones)
+        zoneChipNames.insert(hwmonNameOfZoneType(zone.type));
+    std::set<std::string> mirroredChipNames;
+    std::erase_if(chips, [&](const HwmonChip& chip) {
+        const bool mirror = mirrorsThermalZone(chip, zoneChipNames);
+        if (mirror)
+            mirroredChipNames.insert(chip.name);
+        return mirror;
+    });
+    std::sort(chips.begin(), chips.end(), chipOrder);
+
+    SensorReadings readings;
+    for (const HwmonChip& chip : chips)
+        appendHwmonTemperatures(chip, readings.temperatures);
+    const bool haveCpuSensor =
+        std::any_of(readings.temperatures.begin(), readings.temperatures.end(),
+                    [](const TemperatureReading& t) { return isCpuLabel(t.label); });
+    appendThermalZones(zones, haveCpuSensor, mirroredChipNames, readings.temperatures);
+    if (options.includeNvml) {
+        for (const NvmlTemperature& gpu : readNvmlTemperatures(tree)) {
+            if (gpu.milliCelsius >= minimumGpuMilliCelsius)
+                readings.temperatures.push_back(
+                    {"nvml/" + gpu.busId, "GPU", gpu.milliCelsius, {}, {}});
+        }
+    }
+    if (readings.temperatures.size() > maxTemperatures)
+        readings.temperatures.resize(maxTemperatures);
+    numberRepeatedLabels(readings.temperatures);
+
+    for (const HwmonChip& chip : chips) {
+        for (const HwmonFan& fan : chip.fans) {
+            if (readings.fans.size() == maxFans)
+                break;
+            readings.fans.push_back({static_cast<int>(readings.fans.size()), fan.rpm, fan.minRpm,
+                                     fan.maxRpm, fan.targetRpm, fan.control});
+        }
+    }
+    return readings;
+}

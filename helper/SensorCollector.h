@@ -1,0 +1,39 @@
+#pragma once
+
+#include "HwmonScanner.h"
+#include "SysfsTree.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+struct TemperatureReading {
+    std::string key; ///< stable identity: hwmon/<chip>/<device>/tempN, tz/<type>/<n>, nvml/<bus>
+    std::string label;
+    long long milliCelsius = 0;
+    std::optional<long long> critMilliCelsius;
+    std::string inputPath; ///< empty for NVML readings
+};
+
+struct FanReading {
+    int id = 0; ///< position in the stable fan order, the same in every mode
+    long long rpm = 0;
+    long long minRpm = 0;
+    std::optional<long long> maxRpm;
+    long long targetRpm = 0;
+    FanControlPaths control;
+};
+
+struct SensorReadings {
+    std::vector<TemperatureReading> temperatures;
+    std::vector<FanReading> fans;
+};
+
+struct CollectOptions {
+    bool includeNvml = false;
+    bool readCriticalTemperatures = false;
+};
+
+/// Every temperature and fan of the machine, labelled and in their stable order: chips
+/// by kind (GPUs last), then by device path, then by attribute number.
+SensorReadings collectSensors(const SysfsTree& tree, const CollectOptions& options);
