@@ -1,9 +1,32 @@
-#include "monitors/SystemMonitor.h"
+#include "app/QuitOnSignal.h"
+#include "app/SingleInstance.h"
+#include "app/VorluneApp.h"
+#include "monitors/linux/IgnoreSigpipe.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    SystemMonitor monitor;
-    return app.exec();
+    // Popovers place themselves under their tray item, which a Wayland client
+    // cannot do: run on XWayland unless the user chose a platform.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
+        !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    ignoreSigpipe();
+
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Vorlune"));
+    // The light and dark palettes are made for Fusion.
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    SingleInstance instance;
+    if (!instance.claim())
+        return 0;
+
+    QuitOnSignal quitOnSignal;
+    VorluneApp vorlune;
+    QObject::connect(&instance, &SingleInstance::showRequested, &vorlune,
+                     &VorluneApp::showMainPopover);
+    vorlune.start();
+    return QApplication::exec();
 }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QFrame>
+#include <QPointer>
+
+/// A frameless popup holding one popover view; it closes on a click elsewhere.
+class PopoverWindow : public QFrame {
+    Q_OBJECT
+public:
+    PopoverWindow(QWidget* content, int width, QWidget* parent = nullptr);
+
+    /// Shows the popover under the tray item at `itemGeometry`; an invalid
+    /// geometry (the host does not tell) places it at the cursor.
+    void showUnder(const QRect& itemGeometry);
+signals:
+    void closed();
+
+protected:
+    void hideEvent(QHideEvent* event) override;
+};

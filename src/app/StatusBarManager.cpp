@@ -1,0 +1,274 @@
+#include "StatusBarManager.h"
+
+#include "PopoverWindow.h"
+#include "TrayItem.h"
+#include "monitors/SystemMonitor.h"
+#include "settings/AppSettings.h"
+#include "settings/HexColor.h"
+#include "views/menubar/ButtonModel.h"
+#include "views/popovers/SensorDetailPopoverView.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace {
+
+constexpr int detailWidth = 320;
+constexpr int detailWindowHeight = 380;
+// A popover closed by a click on its own item sees that click right after: it must not reopen.
+constexpr int reopenGuardMilliseconds = 300;
+
+MenuBarReadings readingsOf(const SystemMonitor& monitor) {
+    MenuBarReadings readings;
+    readings.cpuUsage = monitor.cpuUsage();
+    readings.cpuHistory = monitor.cpuHistory();
+    readings.memoryUsed = monitor.memoryUsed();
+    readings.memoryTotal = monitor.memoryTotal();
+    readings.memoryHistory = monitor.memoryHistory();
+    readings.diskUsed = monitor.diskUsed();
+    readings.diskTotal = monitor.diskTotal();
+    readings.networkBytesIn = monitor.networkBytesIn();
+    readings.networkBytesOut = monitor.networkBytesOut();
+    readings.networkInHistory = monitor.networkInHistory();
+    readings.networkOutHistory = monitor.networkOutHistory();
+    readings.temperature = monitor.temperature();
+    readings.gpuTemperature = monitor.gpuTemperature();
+    readings.temperatureHistory = monitor.temperatureHistory();
+    readings.fanSpeed = monitor.fanSpeed();
+    readings.fanMaxSpeed = monitor.fanMaxSpeed();
+    return readings;
+}
+
+MenuBarAppearance appearanceOf(SensorType type, const AppSettings& settings) {
+    MenuBarAppearance appearance;
+    appearance.style = settings.effectiveStyle(sensorKeyWord(type));
+    appearance.showIcons = settings.persistShowIcons();
+    appearance.graphWidth = settings.graphWidth();
+    appearance.graphHeight = settings.graphHeight();
+    appearance.cpuColor = toQColor(colorFromHex(settings.cpuColorHex()));
+    appearance.memoryColor = toQColor(colorFromHex(settings.memoryColorHex()));
+    appearance.diskColor = toQColor(colorFromHex(settings.diskColorHex()));
+    appearance.networkColor = toQColor(colorFromHex(settings.networkColorHex()));
+    appearance.temperatureColor = toQColor(colorFromHex(settings.temperatureColorHex()));
+    appearance.fanColor = toQColor(colorFromHex(settings.fanColorHex()));
+    return appearance;
+}
+
+} // namespace
+
+StatusBarManager& StatusBarManager::shared() {
+    static StatusBarManager manager;
+    return manager;
+}
+
+StatusBarManager::StatusBarManager() = default;
+
+StatusBarManager::~StatusBarManager() {
+    disconnect(terminationObserver);
+    removeAllStatusItems();
+}
+
+void StatusBarManager::setup(SystemMonitor& newMonitor, AppSettings& newSettings) {
+    for (const auto& connection : cancellables)
+        disconnect(connection);
+    cancellables.clear();
+    disconnect(terminationObserver);
+
+    monitor = &newMonitor;
+    settings = &newSettings;
+    terminationObserver = connect(qApp, &QCoreApplication::aboutToQuit, this,
+                                  &StatusBarManager::removeAllStatusItems);
+    cancellables.push_back(
+        connect(settings, &AppSettings::objectWillChange, this, &StatusBarManager::scheduleSync));
+    cancellables.push_back(connect(monitor, &SystemMonitor::objectWillChange, this,
+                                   &StatusBarManager::scheduleUpdate));
+    syncStatusItems();
+}
+
+// Notices come many per tick; a run already scheduled will see every change, so
+// further notices join it instead of queueing another.
+void StatusBarManager::scheduleSync() {
+    if (syncPending)
+        return;
+    syncPending = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            syncPending = false;
+            syncStatusItems();
+        },
+        Qt::QueuedConnection);
+}
+
+void StatusBarManager::scheduleUpdate() {
+    if (updatePending)
+        return;
+    updatePending = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            updatePending = false;
+            updateStatusItems();
+        },
+        Qt::QueuedConnection);
+}
+
+std::set<SensorType> StatusBarManager::desiredSensorTypes(const AppSettings& settings) {
+    std::set<SensorType> desired;
+    if (settings.persistCPU())
+        desired.insert(SensorType::cpu);
+    if (settings.persistMemory())
+        desired.insert(SensorType::memory);
+    if (settings.persistDisk())
+        desired.insert(SensorType::disk);
+    if (!settings.networkCombined()) {
+        if (settings.persistNetworkIn())
+            desired.insert(SensorType::networkIn);
+        if (settings.persistNetworkOut())
+            desired.insert(SensorType::networkOut);
+    } else if (settings.persistNetwork()) {
+        desired.insert(SensorType::network);
+    }
+    if (settings.persistCPUTemp())
+        desired.insert(SensorType::cpuTemp);
+    if (settings.persistGPUTemp())
+        desired.insert(SensorType::gpuTemp);
+    if (settings.persistFan())
+        desired.insert(SensorType::fan);
+    return desired;
+}
+
+void StatusBarManager::syncStatusItems() {
+    if (!settings)
+        return;
+    const std::set<SensorType> desired = desiredSensorTypes(*settings);
+    for (auto it = statusItems.begin(); it != statusItems.end();) {
+        if (desired.count(it->first)) {
+            ++it;
+            continue;
+        }
+        if (auto popover = popovers.find(it->first); popover != popovers.end()) {
+            if (popover->second)
+                popover->second->close();
+            popovers.erase(it->first);
+        }
+        it = statusItems.erase(it);
+    }
+    for (SensorType type : desired) {
+        if (statusItems.count(type))
+            continue;
+        auto item = std::make_unique<TrayItem>();
+        const int tag = sensorTypeIndex(type);
+        connect(item.get(), &TrayItem::clicked, this, [this, tag] { statusItemClicked(tag); });
+        statusItems.emplace(type, std::move(item));
+    }
+    updateStatusItems();
+}
+
+ButtonModel StatusBarManager::buttonModel(SensorType type, const SystemMonitor& monitor,
+                                          const AppSettings& settings) {
+    return buildButtonModel(type, readingsOf(monitor), appearanceOf(type, settings));
+}
+
+void StatusBarManager::updateStatusItems() {
+    if (!monitor || !settings)
+        return;
+    if (statusItems.empty())
+        return;
+    const MenuBarReadings readings = readingsOf(*monitor);
+    for (auto& [type, item] : statusItems)
+        item->setModel(buildButtonModel(type, readings, appearanceOf(type, *settings)));
+}
+
+void StatusBarManager::removeAllStatusItems() {
+    for (auto& [type, popover] : std::exchange(popovers, {}))
+        if (popover)
+            popover->close();
+    statusItems.clear();
+}
+
+void StatusBarManager::statusItemClicked(int tag) {
+    const auto type = sensorTypeAt(tag);
+    if (!type)
+        return;
+    const auto item = statusItems.find(*type);
+    showDetail(*type, item != statusItems.end() ? item->second.get() : nullptr, false);
+}
+
+PopoverWindow* StatusBarManager::openPopover(SensorType type) const {
+    const auto found = popovers.find(type);
+    return found != popovers.end() && found->second && found->second->isVisible()
+               ? found->second.data()
+               : nullptr;
+}
+
+void StatusBarManager::forgetPopover(SensorType type) {
+    popoverClosedAt[type].start();
+    popovers.erase(type);
+}
+
+void StatusBarManager::showDetail(SensorType type, const TrayItem* anchor, bool fromMainPopover) {
+    if (PopoverWindow* open = openPopover(type)) {
+        if (fromMainPopover) {
+            open->raise();
+            open->activateWindow();
+            return;
+        }
+        open->close();
+        popovers.erase(type);
+        return;
+    }
+    if (!fromMainPopover) {
+        const auto closed = popoverClosedAt.find(type);
+        if (closed != popoverClosedAt.end() && closed->second.isValid() &&
+            closed->second.elapsed() < reopenGuardMilliseconds)
+            return;
+    }
+    // Closing a popover reports back and edits the map, so walk a copy.
+    for (auto& [openType, popover] : std::exchange(popovers, {}))
+        if (popover && popover->isVisible())
+            popover->close();
+    if (!monitor || !settings)
+        return;
+
+    auto* content = new SensorDetailPopoverView(type, *monitor, *settings, [this] {
+        if (openSettings)
+            openSettings();
+    });
+    const auto item = statusItems.find(type);
+    const TrayItem* chosenAnchor = item != statusItems.end() ? item->second.get() : anchor;
+
+    if (!chosenAnchor) {
+        auto* window =
+            new QWidget(nullptr, Qt::Window | Qt::WindowTitleHint | Qt::WindowCloseButtonHint |
+                                     Qt::CustomizeWindowHint);
+        window->setAttribute(Qt::WA_DeleteOnClose);
+        window->setWindowTitle(QString::fromUtf8(rawValue(type).data(),
+                                                 static_cast<qsizetype>(rawValue(type).size())));
+        auto* layout = new QVBoxLayout(window);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(content);
+        window->setFixedSize(detailWidth, detailWindowHeight);
+        if (const QScreen* screen = QGuiApplication::primaryScreen())
+            window->move(screen->availableGeometry().center() - window->rect().center());
+        window->show();
+        window->raise();
+        window->activateWindow();
+        return;
+    }
+
+    auto* popover = new PopoverWindow(content, detailWidth);
+    settings->applyAppearance(*popover);
+    popovers[type] = popover;
+    connect(popover, &PopoverWindow::closed, this, [this, type, popover] {
+        if (popovers.count(type) && popovers[type] == popover)
+            forgetPopover(type);
+        else
+            popoverClosedAt[type].start();
+    });
+    popover->showUnder(chosenAnchor->geometry());
+}

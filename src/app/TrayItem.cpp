@@ -1,0 +1,63 @@
+#include "TrayItem.h"
+
+#include "views/menubar/TrayIconComposer.h"
+
+#include <QIconEngine>
+#include <QPainter>
+
+namespace {
+
+class ButtonModelIconEngine : public QIconEngine {
+public:
+    explicit ButtonModelIconEngine(ButtonModel model) : model(std::move(model)) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
+        const int side = std::min(rect.width(), rect.height());
+        const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
+        const QImage image = composeTrayIcon(model, side, ratio);
+        painter->drawImage(QRect(rect.topLeft(), QSize(side, side)), image);
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode, QIcon::State) override {
+        return QPixmap::fromImage(
+            composeTrayIcon(model, std::max(1, std::min(size.width(), size.height()))));
+    }
+    QPixmap scaledPixmap(const QSize& size, QIcon::Mode, QIcon::State, qreal scale) override {
+        QPixmap result = QPixmap::fromImage(
+            composeTrayIcon(model, std::max(1, std::min(size.width(), size.height())), scale));
+        return result;
+    }
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
+        return {QSize(16, 16), QSize(22, 22), QSize(24, 24),
+                QSize(32, 32), QSize(44, 44), QSize(64, 64)};
+    }
+    QIconEngine* clone() const override { return new ButtonModelIconEngine(model); }
+
+private:
+    ButtonModel model;
+};
+
+} // namespace
+
+TrayItem::TrayItem(QObject* parent) : QObject(parent) {
+    connect(&icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
+        if (r == QSystemTrayIcon::Trigger || r == QSystemTrayIcon::DoubleClick)
+            emit clicked();
+    });
+}
+
+TrayItem::~TrayItem() {
+    icon.hide();
+}
+
+void TrayItem::setModel(const ButtonModel& model) {
+    if (hasModel && model == model_)
+        return;
+    model_ = model;
+    hasModel = true;
+    ++redraws;
+    icon.setIcon(QIcon(new ButtonModelIconEngine(model)));
+    if (icon.toolTip() != model.toolTip)
+        icon.setToolTip(model.toolTip);
+    if (!icon.isVisible())
+        icon.show();
+}

@@ -1,0 +1,103 @@
+#include "VorluneApp.h"
+
+#include "NoTrayHostNotice.h"
+#include "PopoverWindow.h"
+#include "StatusBarManager.h"
+#include "Symbols.h"
+#include "TrayHostWatch.h"
+#include "monitors/SystemMonitor.h"
+#include "settings/AppSettings.h"
+#include "views/popovers/MonitorPopoverView.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QSystemTrayIcon>
+
+namespace {
+constexpr int mainPopoverWidth = 300;
+constexpr qint64 reopenGuardMilliseconds = 300;
+} // namespace
+
+VorluneApp::VorluneApp(const QString& settingsFile, QObject* parent)
+    : QObject(parent),
+      appSettings(settingsFile.isEmpty() ? std::make_unique<AppSettings>()
+                                         : std::make_unique<AppSettings>(settingsFile)),
+      monitor(std::make_unique<SystemMonitor>()) {
+    // A change made to the settings file by another process shows within one tick.
+    connect(monitor.get(), &SystemMonitor::sampled, appSettings.get(),
+            [this] { appSettings->reloadIfChanged(); });
+    connect(appSettings.get(), &AppSettings::objectWillChange, this, [this] {
+        QMetaObject::invokeMethod(this, &VorluneApp::applyAppearanceIfChanged,
+                                  Qt::QueuedConnection);
+    });
+}
+
+VorluneApp::~VorluneApp() {
+    StatusBarManager::shared().removeAllStatusItems();
+    if (mainPopover)
+        delete mainPopover.data();
+}
+
+void VorluneApp::start() {
+    trayHostWatch = std::make_unique<TrayHostWatch>();
+    connect(trayHostWatch.get(), &TrayHostWatch::trayHostAppeared, this, &VorluneApp::onTrayHost);
+    connect(trayHostWatch.get(), &TrayHostWatch::stillNoTrayHost, this, [this] {
+        noTrayNotice = std::make_unique<NoTrayHostNotice>();
+        noTrayNotice->show();
+    });
+    trayHostWatch->start();
+}
+
+void VorluneApp::onTrayHost() {
+    noTrayNotice.reset();
+    mainExtra = std::make_unique<QSystemTrayIcon>(applicationTraySymbol());
+    mainExtra->setToolTip(QStringLiteral("Vorlune"));
+    connect(mainExtra.get(), &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
+                    toggleMainPopover();
+            });
+    mainExtra->show();
+    StatusBarManager::shared().setup(*monitor, *appSettings);
+    applyAppearanceIfChanged();
+    emit trayReady();
+}
+
+void VorluneApp::applyAppearanceIfChanged() {
+    const int mode = static_cast<int>(appSettings->appearanceMode());
+    if (mode == appliedAppearance)
+        return;
+    appliedAppearance = mode;
+    appSettings->applyAppearance(*qApp);
+}
+
+bool VorluneApp::mainPopoverIsOpen() const {
+    return mainPopover && mainPopover->isVisible();
+}
+
+void VorluneApp::toggleMainPopover() {
+    if (mainPopoverIsOpen()) {
+        mainPopover->close();
+        return;
+    }
+    // The click that closed the popover by landing on the tray symbol must not reopen it.
+    if (QDateTime::currentMSecsSinceEpoch() - mainPopoverClosedAt < reopenGuardMilliseconds)
+        return;
+    showMainPopover();
+}
+
+void VorluneApp::showMainPopover() {
+    if (mainPopoverIsOpen()) {
+        mainPopover->raise();
+        mainPopover->activateWindow();
+        return;
+    }
+    auto* content = new MonitorPopoverView(*monitor, *appSettings, [](SensorType type) {
+        StatusBarManager::shared().showDetail(type, nullptr, true);
+    });
+    mainPopover = new PopoverWindow(content, mainPopoverWidth);
+    appSettings->applyAppearance(*mainPopover);
+    connect(mainPopover, &PopoverWindow::closed, this,
+            [this] { mainPopoverClosedAt = QDateTime::currentMSecsSinceEpoch(); });
+    mainPopover->showUnder(mainExtra ? mainExtra->geometry() : QRect());
+}

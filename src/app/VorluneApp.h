@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+
+class AppSettings;
+class NoTrayHostNotice;
+class PopoverWindow;
+class QSystemTrayIcon;
+class SystemMonitor;
+class TrayHostWatch;
+
+/// The application: the one monitor and settings, the always-present tray
+/// symbol with the main popover, and the shared StatusBarManager.
+class VorluneApp : public QObject {
+    Q_OBJECT
+public:
+    /// Uses the settings file at `settingsFile` when given (else the user's own).
+    explicit VorluneApp(const QString& settingsFile = {}, QObject* parent = nullptr);
+    ~VorluneApp() override;
+
+    SystemMonitor& systemMonitor() { return *monitor; }
+    AppSettings& settings() { return *appSettings; }
+
+    /// Waits for a tray host, then shows the tray symbol and the items.
+    void start();
+    /// Opens the main popover, or closes it when it is open.
+    void toggleMainPopover();
+    void showMainPopover();
+    bool mainPopoverIsOpen() const;
+
+signals:
+    /// The tray symbol and the items are up.
+    void trayReady();
+
+private:
+    void onTrayHost();
+    void applyAppearanceIfChanged();
+
+    std::unique_ptr<AppSettings> appSettings;
+    std::unique_ptr<SystemMonitor> monitor;
+    std::unique_ptr<QSystemTrayIcon> mainExtra;
+    std::unique_ptr<TrayHostWatch> trayHostWatch;
+    std::unique_ptr<NoTrayHostNotice> noTrayNotice;
+    QPointer<PopoverWindow> mainPopover;
+    int appliedAppearance = -1;
+    qint64 mainPopoverClosedAt = 0;
+};
