@@ -1,0 +1,64 @@
+#pragma once
+
+#include "ButtonModel.h"
+#include "TrayIconFonts.h"
+
+#include <QColor>
+#include <QFont>
+#include <QFontMetricsF>
+#include <QPointF>
+#include <QRectF>
+#include <QString>
+
+#include <vector>
+
+class QPainter;
+
+/// One piece of a title placed in a tray icon.
+struct PlacedText {
+    TitleRun::Kind kind = TitleRun::Kind::value;
+    QString text;
+    QPointF origin;        ///< start of the baseline, in the icon's logical pixels
+    qreal pixelSize = 0.0; ///< em size the piece is drawn at
+    QColor colour;
+};
+
+/// Lays an item's title runs out to fill a box as large as they can. It tries, from the
+/// simplest: one line; the unit after the number at a smaller size; the icon on a line of its
+/// own; the unit on the next line; one line per value of a two-value text ("↓1.2M" over
+/// "↑5K"). A later layout is taken only when it draws the number clearly larger. Numbers are
+/// never broken. Needs a QGuiApplication (fonts).
+class TrayTextLayout {
+public:
+    explicit TrayTextLayout(const TrayIconFonts& fonts);
+
+    std::vector<PlacedText> place(const std::vector<TitleRun>& title, const QRectF& box) const;
+    void paint(QPainter& painter, const std::vector<PlacedText>& pieces) const;
+
+private:
+    struct Piece {
+        TitleRun::Kind kind;
+        QString text;
+        qreal scale;
+        qreal gapBefore;
+        QColor colour;
+    };
+    using Line = std::vector<Piece>;
+    using Candidate = std::vector<Line>;
+    struct Extent {
+        qreal width = 0.0;
+        qreal top = 0.0;
+        qreal bottom = 0.0;
+    };
+
+    std::vector<Candidate> candidates(const std::vector<TitleRun>& title) const;
+    Extent lineExtent(const Line& line) const;
+    const QFont& fontFor(TitleRun::Kind kind) const;
+    const QFontMetricsF& metricsFor(TitleRun::Kind kind) const;
+
+    QFont valueFont;
+    QFont iconFont;
+    QFontMetricsF valueMetrics;
+    QFontMetricsF iconMetrics;
+    QRectF digitBounds;
+};
