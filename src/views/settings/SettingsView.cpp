@@ -1,0 +1,45 @@
+#include "SettingsView.h"
+
+#include "AboutView.h"
+#include "AppearanceSettingsView.h"
+#include "GeneralSettingsView.h"
+#include "MonitorsSettingsView.h"
+#include "app/Symbols.h"
+
+#include <QEvent>
+
+#include <array>
+
+namespace {
+constexpr std::array<const char*, 4> tabSymbols{"gear", "gauge.with.dots.needle.33percent",
+                                                "paintbrush", "info.circle"};
+} // namespace
+
+SettingsView::SettingsView(AppSettings& settings, std::function<void()> syncStatusItems,
+                           LaunchAtLogin launchAtLogin, QWidget* parent)
+    : QTabWidget(parent) {
+    setDocumentMode(true);
+    setIconSize(QSize(16, 16));
+    addTab(new GeneralSettingsView(settings, std::move(launchAtLogin)), QStringLiteral("General"));
+    addTab(new MonitorsSettingsView(settings, std::move(syncStatusItems)),
+           QStringLiteral("Monitors"));
+    addTab(new AppearanceSettingsView(settings), QStringLiteral("Appearance"));
+    addTab(new AboutView, QStringLiteral("About"));
+    tintTabIcons();
+}
+
+QSize SettingsView::sizeHint() const {
+    return {450, 500};
+}
+
+void SettingsView::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::PaletteChange)
+        tintTabIcons();
+    QTabWidget::changeEvent(event);
+}
+
+void SettingsView::tintTabIcons() {
+    const QColor ink = palette().color(QPalette::WindowText);
+    for (int i = 0; i < count(); ++i)
+        setTabIcon(i, symbolIcon(tabSymbols[std::size_t(i)], ink));
+}

@@ -1,0 +1,69 @@
+#include "SettingsWindowController.h"
+
+#include "SettingsView.h"
+#include "app/StatusBarManager.h"
+#include "settings/AppSettings.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QStyle>
+#include <QVBoxLayout>
+#include <QWidget>
+
+SettingsWindowController::SettingsWindowController(AppSettings& settings,
+                                                   std::function<void()> syncStatusItems,
+                                                   LaunchAtLogin launchAtLogin, QObject* parent)
+    : QObject(parent), settings(settings), syncStatusItems(std::move(syncStatusItems)),
+      launchAtLogin(std::move(launchAtLogin)) {
+    if (!this->syncStatusItems)
+        this->syncStatusItems = [] { StatusBarManager::shared().syncStatusItems(); };
+}
+
+SettingsWindowController::~SettingsWindowController() {
+    delete settingsWindow.data();
+}
+
+void SettingsWindowController::showSettings() {
+    if (settingsWindow && settingsWindow->isVisible()) {
+        applyAppearance(*settingsWindow);
+        settingsWindow->raise();
+        settingsWindow->activateWindow();
+        return;
+    }
+    // A closed window is never reopened.
+    if (settingsWindow)
+        settingsWindow->deleteLater();
+    settingsWindow = buildWindow();
+    applyAppearance(*settingsWindow);
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        settingsWindow->setGeometry(QStyle::alignedRect(
+            Qt::LeftToRight, Qt::AlignCenter, settingsWindow->size(), screen->availableGeometry()));
+    settingsWindow->show();
+    settingsWindow->raise();
+    settingsWindow->activateWindow();
+}
+
+QWidget* SettingsWindowController::buildWindow() {
+    // Titled and closable only: no minimise or maximise button, and a fixed size.
+    auto* window = new QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                            Qt::WindowCloseButtonHint);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setWindowTitle(QStringLiteral("Vorlune Settings"));
+    window->setFixedSize(windowWidth, windowHeight);
+
+    auto* layout = new QVBoxLayout(window);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(new SettingsView(settings, syncStatusItems, launchAtLogin, window));
+
+    // The appearance picker lives in this window, so a new mode shows here at once.
+    connect(&settings, &AppSettings::objectWillChange, window, [this, window] {
+        if (settings.appearanceMode() != appliedMode)
+            applyAppearance(*window);
+    });
+    return window;
+}
+
+void SettingsWindowController::applyAppearance(QWidget& window) {
+    appliedMode = settings.appearanceMode();
+    settings.applyAppearance(window);
+}
