@@ -57,6 +57,24 @@ void renderArguments(benchmark::internal::Benchmark* bench) {
 
 BENCHMARK(renderItem)->Apply(renderArguments)->Repetitions(9)->ReportAggregatesOnly(true);
 
+// The convenience function builds its composer (fonts, metrics) on every call.
+void renderItemWithFreshComposer(benchmark::State& state) {
+    const MenuBarReadings readings = benchReadings();
+    MenuBarAppearance appearance;
+    appearance.style = PersistentStyle::graphAndText;
+    for (auto _ : state) {
+        QImage icon = composeTrayIcon(buildButtonModel(SensorType::cpu, readings, appearance),
+                                      static_cast<int>(state.range(0)));
+        benchmark::DoNotOptimize(icon.constBits());
+    }
+}
+
+BENCHMARK(renderItemWithFreshComposer)
+    ->Arg(22)
+    ->Arg(44)
+    ->Repetitions(9)
+    ->ReportAggregatesOnly(true);
+
 } // namespace
 
 int main(int argc, char** argv) {

@@ -137,16 +137,27 @@ TrayTextLayout::candidates(const std::vector<TitleRun>& title) const {
     return result;
 }
 
+TrayTextLayout::Measure TrayTextLayout::measure(TitleRun::Kind kind, const QString& text) const {
+    // Values change every tick; a bound keeps a long session from growing the cache.
+    constexpr qsizetype cacheLimit = 512;
+    auto& cache = kind == TitleRun::Kind::icon ? iconMeasures : valueMeasures;
+    if (const auto found = cache.constFind(text); found != cache.constEnd())
+        return *found;
+    if (cache.size() >= cacheLimit)
+        cache.clear();
+    const QFontMetricsF& metrics = metricsFor(kind);
+    return *cache.insert(text, {metrics.horizontalAdvance(text), metrics.tightBoundingRect(text)});
+}
+
 TrayTextLayout::Extent TrayTextLayout::lineExtent(const Line& line) const {
     Extent extent{0.0, std::numeric_limits<qreal>::max(), std::numeric_limits<qreal>::lowest()};
     for (const Piece& piece : line) {
-        const QFontMetricsF& metrics = metricsFor(piece.kind);
-        QRectF ink = metrics.tightBoundingRect(piece.text);
+        const Measure size = measure(piece.kind, piece.text);
+        QRectF ink = size.ink;
         // Values are as tall as digits whatever their glyphs, so "—" is not drawn giant.
         if (piece.kind == TitleRun::Kind::value)
             ink = ink.united(digitBounds);
-        extent.width +=
-            piece.gapBefore * referencePixels + metrics.horizontalAdvance(piece.text) * piece.scale;
+        extent.width += piece.gapBefore * referencePixels + size.advance * piece.scale;
         extent.top = std::min(extent.top, ink.top() * piece.scale);
         extent.bottom = std::max(extent.bottom, ink.bottom() * piece.scale);
     }
@@ -200,8 +211,7 @@ std::vector<PlacedText> TrayTextLayout::place(const std::vector<TitleRun>& title
             x += piece.gapBefore * chosenEm;
             placed.push_back({piece.kind, piece.text, QPointF(x, baseline), chosenEm * piece.scale,
                               piece.colour});
-            x += metricsFor(piece.kind).horizontalAdvance(piece.text) / referencePixels * chosenEm *
-                 piece.scale;
+            x += measure(piece.kind, piece.text).advance / referencePixels * chosenEm * piece.scale;
         }
         y += (extent.bottom - extent.top + lineGap) * chosenEm;
     }

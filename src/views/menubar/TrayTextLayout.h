@@ -6,6 +6,7 @@
 #include <QColor>
 #include <QFont>
 #include <QFontMetricsF>
+#include <QHash>
 #include <QPointF>
 #include <QRectF>
 #include <QString>
@@ -52,7 +53,13 @@ private:
     };
 
     std::vector<Candidate> candidates(const std::vector<TitleRun>& title) const;
+    struct Measure {
+        qreal advance;
+        QRectF ink;
+    };
+
     Extent lineExtent(const Line& line) const;
+    Measure measure(TitleRun::Kind kind, const QString& text) const;
     const QFont& fontFor(TitleRun::Kind kind) const;
     const QFontMetricsF& metricsFor(TitleRun::Kind kind) const;
 
@@ -61,4 +68,7 @@ private:
     QFontMetricsF valueMetrics;
     QFontMetricsF iconMetrics;
     QRectF digitBounds;
+    // Shaping dominates layout time and the same pieces ("%", "42") recur every tick.
+    mutable QHash<QString, Measure> valueMeasures;
+    mutable QHash<QString, Measure> iconMeasures;
 };
