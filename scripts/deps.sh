@@ -10,7 +10,7 @@ vorlune_test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev clang-format python3
   clang libclang-rt-14-dev
   xvfb xauth openbox tint2 xfce4-panel xdotool imagemagick dbus dbus-bin x11-utils
-  desktop-file-utils appstream
+  desktop-file-utils appstream dpkg-dev file
 )
 vorlune_run_packages=(xvfb xauth tint2 openbox imagemagick)
 
