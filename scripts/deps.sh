@@ -12,7 +12,8 @@ vorlune_test_packages=(
   xvfb xauth openbox tint2 xfce4-panel xdotool imagemagick dbus dbus-bin x11-utils
   desktop-file-utils appstream dpkg-dev file
 )
-vorlune_run_packages=(xvfb xauth tint2 openbox imagemagick)
+# Without a display, scripts/run shows Vorlune on a virtual one instead.
+vorlune_demo_packages=(xvfb xauth openbox tint2 xdotool imagemagick python3)
 
 vorlune_install_missing() {
   local missing=()
@@ -55,11 +56,31 @@ vorlune_run_fuzzers() {
   done
 }
 
+# vorlune_configure_and_build DIR [cmake -D options...] [-- targets...]
 vorlune_configure_and_build() {
   local dir=$1
   shift
-  if [ ! -f "$dir/build.ninja" ]; then
-    cmake -S "$vorlune_root" -B "$dir" -G Ninja "$@"
+  local options=() targets=()
+  while [ $# -gt 0 ] && [ "$1" != "--" ]; do options+=("$1"); shift; done
+  [ "${1:-}" = "--" ] && shift
+  targets=("$@")
+  cmake -S "$vorlune_root" -B "$dir" -G Ninja "${options[@]}" >/dev/null
+  if [ ${#targets[@]} -gt 0 ]; then
+    cmake --build "$dir" -j "$(nproc)" --target "${targets[@]}"
+  else
+    cmake --build "$dir" -j "$(nproc)"
   fi
-  cmake --build "$dir" -j "$(nproc)"
+}
+
+# The soak: sampling ticks back to back under AddressSanitizer and UndefinedBehaviorSanitizer,
+# in a tree of its own that builds only the soak program and the helper. Arguments go to
+# tests/soak/run_soak.py (default: 20,000 ticks, figures compared from tick 1,000).
+vorlune_run_soak() {
+  local dir=$vorlune_root/build-asan
+  if [ ! -f "$dir/build.ninja" ]; then
+    cmake -S "$vorlune_root" -B "$dir" -G Ninja -DBUILD_TESTING=ON -DVORLUNE_SANITIZE=ON >/dev/null
+  fi
+  cmake --build "$dir" -j "$(nproc)" --target vorlune_soak smc_helper
+  python3 "$vorlune_root/tests/soak/run_soak.py" --soak "$dir/tests/soak/vorlune_soak" \
+    --helper "$dir/SMCHelper/smc_helper" "$@"
 }

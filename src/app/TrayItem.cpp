@@ -7,6 +7,12 @@
 
 namespace {
 
+// One composer for every item: it keeps its fonts and text measurements between redraws.
+QImage compose(const ButtonModel& model, int side, qreal ratio = 1.0) {
+    static const TrayIconComposer composer;
+    return composer.compose(model, side, ratio);
+}
+
 class ButtonModelIconEngine : public QIconEngine {
 public:
     explicit ButtonModelIconEngine(ButtonModel model) : model(std::move(model)) {}
@@ -14,16 +20,16 @@ public:
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
         const int side = std::min(rect.width(), rect.height());
         const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
-        const QImage image = composeTrayIcon(model, side, ratio);
+        const QImage image = compose(model, side, ratio);
         painter->drawImage(QRect(rect.topLeft(), QSize(side, side)), image);
     }
     QPixmap pixmap(const QSize& size, QIcon::Mode, QIcon::State) override {
         return QPixmap::fromImage(
-            composeTrayIcon(model, std::max(1, std::min(size.width(), size.height()))));
+            compose(model, std::max(1, std::min(size.width(), size.height()))));
     }
     QPixmap scaledPixmap(const QSize& size, QIcon::Mode, QIcon::State, qreal scale) override {
         QPixmap result = QPixmap::fromImage(
-            composeTrayIcon(model, std::max(1, std::min(size.width(), size.height())), scale));
+            compose(model, std::max(1, std::min(size.width(), size.height())), scale));
         return result;
     }
     QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {

@@ -8,6 +8,7 @@
 #include "monitors/SystemMonitor.h"
 #include "settings/AppSettings.h"
 #include "views/popovers/MonitorPopoverView.h"
+#include "views/settings/SettingsWindowController.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -22,7 +23,9 @@ VorluneApp::VorluneApp(const QString& settingsFile, QObject* parent)
     : QObject(parent),
       appSettings(settingsFile.isEmpty() ? std::make_unique<AppSettings>()
                                          : std::make_unique<AppSettings>(settingsFile)),
-      monitor(std::make_unique<SystemMonitor>()) {
+      monitor(std::make_unique<SystemMonitor>()),
+      settingsWindow(std::make_unique<SettingsWindowController>(*appSettings)) {
+    StatusBarManager::shared().setOpenSettings([this] { settingsWindow->showSettings(); });
     // A change made to the settings file by another process shows within one tick.
     connect(monitor.get(), &SystemMonitor::sampled, appSettings.get(),
             [this] { appSettings->reloadIfChanged(); });

@@ -8,6 +8,7 @@
 class AppSettings;
 class NoTrayHostNotice;
 class PopoverWindow;
+class SettingsWindowController;
 class QSystemTrayIcon;
 class SystemMonitor;
 class TrayHostWatch;
@@ -41,6 +42,7 @@ private:
 
     std::unique_ptr<AppSettings> appSettings;
     std::unique_ptr<SystemMonitor> monitor;
+    std::unique_ptr<SettingsWindowController> settingsWindow;
     std::unique_ptr<QSystemTrayIcon> mainExtra;
     std::unique_ptr<TrayHostWatch> trayHostWatch;
     std::unique_ptr<NoTrayHostNotice> noTrayNotice;
