@@ -239,6 +239,8 @@ void StatusBarManager::showDetail(SensorType type, const TrayItem* anchor, bool 
         if (openSettings)
             openSettings();
     });
+    const QString title =
+        QString::fromUtf8(rawValue(type).data(), static_cast<qsizetype>(rawValue(type).size()));
     const auto item = statusItems.find(type);
     const TrayItem* chosenAnchor = item != statusItems.end() ? item->second.get() : anchor;
 
@@ -247,8 +249,7 @@ void StatusBarManager::showDetail(SensorType type, const TrayItem* anchor, bool 
             new QWidget(nullptr, Qt::Window | Qt::WindowTitleHint | Qt::WindowCloseButtonHint |
                                      Qt::CustomizeWindowHint);
         window->setAttribute(Qt::WA_DeleteOnClose);
-        window->setWindowTitle(QString::fromUtf8(rawValue(type).data(),
-                                                 static_cast<qsizetype>(rawValue(type).size())));
+        window->setWindowTitle(title);
         auto* layout = new QVBoxLayout(window);
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(content);
@@ -262,6 +263,8 @@ void StatusBarManager::showDetail(SensorType type, const TrayItem* anchor, bool 
     }
 
     auto* popover = new PopoverWindow(content, detailWidth);
+    // Never shown by a popup, but names the window for window lists and desktop tests.
+    popover->setWindowTitle(QStringLiteral("Vorlune: ") + title);
     settings->applyAppearance(*popover);
     popovers[type] = popover;
     connect(popover, &PopoverWindow::closed, this, [this, type, popover] {

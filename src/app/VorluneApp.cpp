@@ -99,6 +99,7 @@ void VorluneApp::showMainPopover() {
         StatusBarManager::shared().showDetail(type, nullptr, true);
     });
     mainPopover = new PopoverWindow(content, mainPopoverWidth);
+    mainPopover->setWindowTitle(QStringLiteral("Vorlune"));
     appSettings->applyAppearance(*mainPopover);
     connect(mainPopover, &PopoverWindow::closed, this,
             [this] { mainPopoverClosedAt = QDateTime::currentMSecsSinceEpoch(); });
