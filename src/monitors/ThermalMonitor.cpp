@@ -141,3 +141,12 @@ void ThermalMonitor::stopDaemon() {
         daemon_->process->waitForExit();
     daemon_.reset();
 }
+
+bool ThermalMonitor::isDaemonRunning() {
+    // The lock is held through a start's handshake of up to 15 s; the main thread asks
+    // this and must not wait that long. Whoever holds it has a daemon or is starting one.
+    std::unique_lock lock(daemonLock, std::try_to_lock);
+    if (!lock)
+        return true;
+    return daemon_ && daemon_->process && daemon_->process->isRunning();
+}

@@ -50,6 +50,11 @@ public:
     bool setAllFans(const std::map<long long, double>& rpmByFan);
     /// Sends "quit", closes the daemon's input and waits, without limit, for it to exit.
     void stopDaemon();
+    /// Whether a daemon has been started and has not exited since. Never waits: while
+    /// another thread holds the lock (a start or a command under way) it answers true.
+    bool isDaemonRunning();
+    /// Copies the helper to the installed path with elevated rights; blocks on the prompt.
+    bool installHelper();
 
     const std::string& installedHelperPath() const { return installedHelperPath_; }
     const std::string& elevationProgram() const { return elevationProgram_; }

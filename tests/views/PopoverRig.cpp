@@ -8,10 +8,22 @@
 #include <QMouseEvent>
 #include <gtest/gtest.h>
 
+namespace {
+
+// A thermal monitor whose helper is never installed, so the fan section offers its setup.
+SamplingMonitors monitorsWithoutInstalledHelper(const QTemporaryDir& dir) {
+    SamplingMonitors monitors;
+    monitors.thermalMonitor = std::make_unique<ThermalMonitor>(
+        dir.filePath(QStringLiteral("vorlune_smc_helper")).toStdString(), "/bin/false");
+    return monitors;
+}
+
+} // namespace
+
 PopoverRig::PopoverRig()
     : settings(dir.filePath(QStringLiteral("vorlune.conf")),
                std::make_unique<SystemColorScheme>(QString())),
-      monitor(SamplingMonitors{}, false) {}
+      monitor(monitorsWithoutInstalledHelper(dir), false) {}
 
 void settle() {
     QCoreApplication::sendPostedEvents();

@@ -9,8 +9,8 @@
 class QLabel;
 class QWidget;
 
-// A real monitor that never samples (the test publishes its readings) and a real
-// settings store in a scratch file that no desktop answers for.
+// A real monitor that never samples (the test publishes its readings), with no helper
+// installed, and a real settings store in a scratch file that no desktop answers for.
 struct PopoverRig {
     PopoverRig();
 

@@ -54,7 +54,9 @@ TEST(SensorDetailPopoverView, EveryKindShowsItsTitleAndTexts) {
         {SensorType::gpuTemp,
          {"GPU Temp", "58°C", "All GPU Sensors", "GPU Edge", "Other Sensors", "SSD", "40°C"},
          {"CPU Die", "CPU Core 0", "History"}},
-        {SensorType::fan, {"Fan", "Fan Speed", "2400 RPM", "Fan 1", "Fan 2", "Idle"}, {}},
+        {SensorType::fan,
+         {"Fan", "Fan Speed", "2400 RPM", "Fan control requires a one-time setup."},
+         {"Fan 1"}},
     };
     for (const auto& c : cases) {
         DetailPopover popover(c.kind);
@@ -130,7 +132,7 @@ TEST(SensorDetailPopoverView, WithoutAHelperShowsTheEstimateAndEmptySensorLists)
         EXPECT_EQ(labelNamed(popover.view.get(), "temperature")->text(), expected);
     }
     DetailPopover fan(SensorType::fan, sample);
-    EXPECT_EQ(fan.view->findChild<FanRowsView*>()->rowCount(), 0);
+    EXPECT_TRUE(shownTexts(fan.view.get()).contains("Enable Fan Control"));
     EXPECT_EQ(labelNamed(fan.view.get(), "speed")->text(), "0 RPM");
 }
 
@@ -160,16 +162,17 @@ TEST(SensorDetailPopoverView, SensorListsFollowEachPublish) {
 }
 
 TEST(SensorDetailPopoverView, FanRowsNumberFromOneAndShowIdle) {
-    DetailPopover popover(SensorType::fan);
-    auto* rows = popover.view->findChild<FanRowsView*>("fanSection");
-    ASSERT_NE(rows, nullptr);
+    PopoverRig rig;
+    rig.monitor.publish(knownSample());
+    auto rows = std::make_unique<FanRowsView>(rig.monitor, rig.settings);
     EXPECT_EQ(rows->rowCount(), 2);
+    EXPECT_TRUE(shownTexts(rows.get()).contains("Idle"));
     SystemSample sample = knownSample();
     sample.thermal.fans = {{3, 1800.0, 0, 5000, 0}};
-    popover.monitor.publish(sample);
+    rig.monitor.publish(sample);
     settle();
     EXPECT_EQ(rows->rowCount(), 1);
-    const QStringList texts = shownTexts(popover.view.get());
+    const QStringList texts = shownTexts(rows.get());
     EXPECT_TRUE(texts.contains("Fan 4"));
     EXPECT_TRUE(texts.contains("1800 RPM"));
     EXPECT_FALSE(texts.contains("Idle"));

@@ -1,8 +1,11 @@
 #include "FanDetailBody.h"
 
-#include "FanRowsView.h"
+#include "FanDetailContent.h"
+#include "FanSpinnerIcon.h"
 #include "PopoverStyle.h"
 #include "PopoverText.h"
+#include "QueuedRefresh.h"
+#include "SpinnerMotion.h"
 #include "SymbolLabel.h"
 #include "monitors/SystemMonitor.h"
 
@@ -34,11 +37,22 @@ FanDetailBody::FanDetailBody(SystemMonitor& monitor, AppSettings& settings, QWid
 }
 
 QWidget* FanDetailBody::makeFanIcon() {
-    return new SymbolLabel(QStringLiteral("fan.fill"), 28, {}, this);
+    auto* icon = new FanSpinnerIcon(28, this);
+    auto follow = [this, icon] {
+        const SpinnerInputs inputs =
+            spinnerInputs(monitor.fans(), static_cast<double>(monitor.fanSpeed()),
+                          static_cast<double>(monitor.fanMaxSpeed()));
+        icon->setDuration(inputs.duration);
+        icon->setSpinning(inputs.isSpinning);
+    };
+    auto* queued = new QueuedRefresh(follow, icon);
+    queued->watch(&monitor, &SystemMonitor::objectWillChange);
+    follow();
+    return icon;
 }
 
 QWidget* FanDetailBody::makeFanSection() {
-    auto* section = new FanRowsView(monitor, settings, this);
+    auto* section = new FanDetailContent(monitor, settings, this);
     section->setObjectName(QStringLiteral("fanSection"));
     return section;
 }
