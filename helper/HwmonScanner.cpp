@@ -1,140 +1,222 @@
 #include "HwmonScanner.h"
 
 #include "SensorLabeller.h"
-#include "SysfsAttribute.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
-#include <map>
 
 namespace {
-
-using AttributeMap = std::map<std::string, std::string, std::less<>>; // name -> path
 
 constexpr long long lowestMilliCelsius = -273150;
 constexpr long long highestMilliCelsius = 1000000;
 constexpr long long highestRpm = 1000000;
 
-void addAttributes(AttributeMap& attributes, const std::string& dir) {
-    for (const std::string& name : SysfsTree::list(dir)) {
-        if (isAllowedAttribute(name))
-            attributes.emplace(name, dir + "/" + name);
+// The files of tempN, and of fanN with its pwmN, by suffix; a channel's files are
+// found by position, so reading a chip needs no lookups by name.
+constexpr std::string_view tempSuffixes[] = {"_input", "_label", "_crit"};
+enum TempFile { tempInput, tempLabel, tempCrit, tempFileCount };
+constexpr std::string_view fanSuffixes[] = {"_input", "_min",    "_max",    "_target",
+                                            "_fault", "_enable", "_output", "_manual"};
+constexpr std::string_view pwmSuffixes[] = {"", "_enable"};
+enum FanFile {
+    fanInput,
+    fanMin,
+    fanMax,
+    fanTarget,
+    fanFault,
+    fanEnable,
+    fanOutput,
+    fanManual,
+    pwmValue,
+    pwmEnable,
+    fanFileCount
+};
+
+// Each file of one numbered channel with the directory that holds it: the chip's, or
+// for drivers registered the old way, its device's. nullptr where there is none.
+template <std::size_t fileCount> struct Channel {
+    int index = 0;
+    std::array<const SysfsDir*, fileCount> dirs{};
+};
+using TempChannel = Channel<tempFileCount>;
+using FanChannel = Channel<fanFileCount>;
+
+struct ChipFiles {
+    const SysfsDir* name = nullptr;
+    std::vector<TempChannel> temperatures;
+    std::vector<FanChannel> fans;
+};
+
+template <std::size_t fileCount>
+void place(std::vector<Channel<fileCount>>& channels, int index, std::size_t file,
+           const SysfsDir* dir) {
+    auto found = std::find_if(channels.begin(), channels.end(),
+                              [index](const auto& channel) { return channel.index == index; });
+    if (found == channels.end()) {
+        channels.push_back({index, {}});
+        found = channels.end() - 1;
     }
+    // What the chip directory holds wins over its device's.
+    if (found->dirs[file] == nullptr)
+        found->dirs[file] = dir;
+}
+
+// "<prefix>N<suffix>": N and the position of the suffix in `suffixes`.
+template <std::size_t suffixCount>
+std::optional<std::pair<int, std::size_t>>
+parseIndexed(std::string_view name, std::string_view prefix,
+             const std::string_view (&suffixes)[suffixCount]) {
+    if (name.substr(0, prefix.size()) != prefix)
+        return std::nullopt;
+    name.remove_prefix(prefix.size());
+    // Only the kernel's own spelling of N, so the name rebuilt from N is this file's.
+    if (name.empty() || name.front() < '0' || name.front() > '9' ||
+        (name.front() == '0' && name.size() > 1 && name[1] >= '0' && name[1] <= '9'))
+        return std::nullopt;
+    int index = 0;
+    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), index);
+    if (error != std::errc())
+        return std::nullopt;
+    const std::string_view suffix(end, static_cast<std::size_t>(name.data() + name.size() - end));
+    for (std::size_t i = 0; i < suffixCount; ++i) {
+        if (suffix == suffixes[i])
+            return std::pair{index, i};
+    }
+    return std::nullopt;
+}
+
+void addFiles(ChipFiles& files, SysfsDir& dir) {
+    dir.forEachName([&](std::string_view name) {
+        if (name == "name") {
+            if (files.name == nullptr)
+                files.name = &dir;
+        } else if (const auto temp = parseIndexed(name, "temp", tempSuffixes)) {
+            place(files.temperatures, temp->first, temp->second, &dir);
+        } else if (const auto fan = parseIndexed(name, "fan", fanSuffixes)) {
+            place(files.fans, fan->first, fan->second, &dir);
+        } else if (const auto pwm = parseIndexed(name, "pwm", pwmSuffixes)) {
+            place(files.fans, pwm->first, pwmValue + pwm->second, &dir);
+        }
+    });
 }
 
 // Drivers registered the old way keep every attribute, "name" included, on the device
 // and leave the hwmon directory empty.
-AttributeMap collectAttributes(const std::string& chipDir,
-                               const std::optional<std::string>& deviceDir) {
-    AttributeMap attributes;
-    addAttributes(attributes, chipDir);
-    if (deviceDir && attributes.count("name") == 0)
-        addAttributes(attributes, *deviceDir);
-    return attributes;
+ChipFiles collectFiles(SysfsDir& chipDir, std::optional<SysfsDir>& deviceDir) {
+    ChipFiles files;
+    addFiles(files, chipDir);
+    if (deviceDir && files.name == nullptr)
+        addFiles(files, *deviceDir);
+    const auto byIndex = [](const auto& a, const auto& b) { return a.index < b.index; };
+    std::sort(files.temperatures.begin(), files.temperatures.end(), byIndex);
+    std::sort(files.fans.begin(), files.fans.end(), byIndex);
+    return files;
 }
 
-std::optional<std::string> pathOf(const AttributeMap& attributes, const std::string& name) {
-    const auto found = attributes.find(name);
-    if (found == attributes.end())
-        return std::nullopt;
-    return found->second;
+// "<prefix><index><suffix>", short enough to stay in the string's own buffer.
+std::string attributeName(std::string_view prefix, int index, std::string_view suffix) {
+    char digits[12];
+    const auto end = std::to_chars(digits, digits + sizeof digits, index).ptr;
+    std::string name;
+    name.reserve(prefix.size() + static_cast<std::size_t>(end - digits) + suffix.size());
+    name.append(prefix).append(digits, end).append(suffix);
+    return name;
 }
 
-std::optional<long long> readInRange(const AttributeMap& attributes, const std::string& name,
-                                     long long lowest, long long highest) {
-    const auto path = pathOf(attributes, name);
-    if (!path)
+std::string fileName(const TempChannel& channel, std::size_t file) {
+    return attributeName("temp", channel.index, tempSuffixes[file]);
+}
+
+std::string fileName(const FanChannel& channel, std::size_t file) {
+    if (file >= pwmValue)
+        return attributeName("pwm", channel.index, pwmSuffixes[file - pwmValue]);
+    return attributeName("fan", channel.index, fanSuffixes[file]);
+}
+
+template <typename ChannelType>
+std::optional<std::string> pathOf(const ChannelType& channel, std::size_t file) {
+    const SysfsDir* dir = channel.dirs[file];
+    if (dir == nullptr)
         return std::nullopt;
-    const auto value = readAttributeInteger(*path);
+    return dir->pathOf(fileName(channel, file));
+}
+
+template <typename ChannelType>
+std::optional<long long> readInRange(const ChannelType& channel, std::size_t file, long long lowest,
+                                     long long highest) {
+    const SysfsDir* dir = channel.dirs[file];
+    if (dir == nullptr)
+        return std::nullopt;
+    const auto value = dir->readInteger(fileName(channel, file));
     if (!value || *value < lowest || *value > highest)
         return std::nullopt;
     return value;
 }
 
-// Sorted N of every "<prefix>N_input".
-std::vector<int> inputIndices(const AttributeMap& attributes, std::string_view prefix) {
-    std::vector<int> indices;
-    for (const auto& [name, path] : attributes) {
-        std::string_view rest = name;
-        if (rest.substr(0, prefix.size()) != prefix)
-            continue;
-        rest.remove_prefix(prefix.size());
-        int index = 0;
-        const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), index);
-        if (error == std::errc() &&
-            std::string_view(end, rest.data() + rest.size() - end) == "_input")
-            indices.push_back(index);
-    }
-    std::sort(indices.begin(), indices.end());
-    return indices;
-}
-
-std::vector<HwmonTemperature> readTemperatures(const AttributeMap& attributes,
+std::vector<HwmonTemperature> readTemperatures(const ChipFiles& files,
                                                const HwmonScanOptions& options) {
     std::vector<HwmonTemperature> temperatures;
-    for (int index : inputIndices(attributes, "temp")) {
-        const std::string base = "temp" + std::to_string(index);
-        const auto value =
-            readInRange(attributes, base + "_input", lowestMilliCelsius, highestMilliCelsius);
+    for (const TempChannel& channel : files.temperatures) {
+        const auto value = readInRange(channel, tempInput, lowestMilliCelsius, highestMilliCelsius);
         if (!value)
             continue;
         HwmonTemperature temperature;
-        temperature.index = index;
+        temperature.index = channel.index;
         temperature.milliCelsius = *value;
-        temperature.inputPath = *pathOf(attributes, base + "_input");
-        if (const auto label = pathOf(attributes, base + "_label"))
-            temperature.label = readAttributeText(*label).value_or("");
+        if (options.recordPaths)
+            temperature.inputPath = *pathOf(channel, tempInput);
+        if (const SysfsDir* labelDir = channel.dirs[tempLabel])
+            temperature.label = labelDir->readText(fileName(channel, tempLabel)).value_or("");
         if (options.readCriticalTemperatures)
             temperature.critMilliCelsius =
-                readInRange(attributes, base + "_crit", lowestMilliCelsius, highestMilliCelsius);
+                readInRange(channel, tempCrit, lowestMilliCelsius, highestMilliCelsius);
         temperatures.push_back(std::move(temperature));
     }
     return temperatures;
 }
 
-FanControlPaths findControl(const AttributeMap& attributes, int index) {
-    const std::string fan = "fan" + std::to_string(index);
-    const std::string pwm = "pwm" + std::to_string(index);
-    if (const auto duty = pathOf(attributes, pwm))
-        return {FanControlKind::pwm, pathOf(attributes, pwm + "_enable").value_or(""), *duty};
-    const auto output = pathOf(attributes, fan + "_output");
-    const auto manual = pathOf(attributes, fan + "_manual");
+FanControlPaths findControl(const FanChannel& channel) {
+    if (const auto duty = pathOf(channel, pwmValue))
+        return {FanControlKind::pwm, pathOf(channel, pwmEnable).value_or(""), *duty};
+    const auto output = pathOf(channel, fanOutput);
+    const auto manual = pathOf(channel, fanManual);
     if (output && manual)
         return {FanControlKind::rpmOutput, *manual, *output};
-    if (const auto target = pathOf(attributes, fan + "_target"))
+    if (const auto target = pathOf(channel, fanTarget))
         return {FanControlKind::rpmTarget, "", *target};
     return {};
 }
 
-std::vector<HwmonFan> readFans(const AttributeMap& attributes) {
+std::vector<HwmonFan> readFans(const ChipFiles& files, const HwmonScanOptions& options) {
     std::vector<HwmonFan> fans;
-    for (int index : inputIndices(attributes, "fan")) {
-        const std::string base = "fan" + std::to_string(index);
-        const auto rpm = readInRange(attributes, base + "_input", 0, highestRpm);
+    for (const FanChannel& channel : files.fans) {
+        const auto rpm = readInRange(channel, fanInput, 0, highestRpm);
         // A header that reports a fault, is switched off, or cannot be read is no fan.
-        if (!rpm || readInRange(attributes, base + "_fault", 0, 1) == 1 ||
-            readInRange(attributes, base + "_enable", 0, 1) == 0)
+        if (!rpm || readInRange(channel, fanFault, 0, 1) == 1 ||
+            readInRange(channel, fanEnable, 0, 1) == 0)
             continue;
         HwmonFan fan;
-        fan.index = index;
+        fan.index = channel.index;
         fan.rpm = *rpm;
-        fan.minRpm = readInRange(attributes, base + "_min", 0, highestRpm).value_or(0);
-        fan.maxRpm = readInRange(attributes, base + "_max", 1, highestRpm);
-        auto target = readInRange(attributes, base + "_target", 0, highestRpm);
+        fan.minRpm = readInRange(channel, fanMin, 0, highestRpm).value_or(0);
+        fan.maxRpm = readInRange(channel, fanMax, 1, highestRpm);
+        auto target = readInRange(channel, fanTarget, 0, highestRpm);
         if (!target)
-            target = readInRange(attributes, base + "_output", 0, highestRpm);
+            target = readInRange(channel, fanOutput, 0, highestRpm);
         fan.targetRpm = target.value_or(0);
-        fan.control = findControl(attributes, index);
+        if (options.recordPaths)
+            fan.control = findControl(channel);
         fans.push_back(std::move(fan));
     }
     return fans;
 }
 
-bool isRuntimeActive(const SysfsTree& tree, const std::optional<std::string>& deviceDir) {
+bool isRuntimeActive(const SysfsTree& tree, const std::optional<SysfsDir>& deviceDir) {
     if (!deviceDir)
         return false;
-    const auto powerDir = tree.resolveDeviceDir(*deviceDir + "/power");
-    return powerDir && readAttributeText(*powerDir + "/runtime_status") == "active";
+    const auto powerDir = tree.openDeviceDir(*deviceDir, "power");
+    return powerDir && powerDir->readText("runtime_status") == "active";
 }
 
 std::string_view lastComponent(std::string_view path) {
@@ -149,15 +231,16 @@ std::string_view parentOf(std::string_view path) {
 
 std::vector<HwmonChip> scanHwmon(const SysfsTree& tree, const HwmonScanOptions& options) {
     std::vector<HwmonChip> chips;
-    const std::string classDir = tree.path("/sys/class/hwmon");
-    for (const std::string& entry : SysfsTree::list(classDir)) {
-        const auto chipDir = tree.resolveDeviceDir(classDir + "/" + entry);
+    auto classDir = tree.openDir("/sys/class/hwmon");
+    if (!classDir)
+        return chips;
+    for (const std::string& entry : classDir->names()) {
+        auto chipDir = tree.openDeviceDir(*classDir, entry);
         if (!chipDir)
             continue;
-        const auto deviceDir = tree.resolveDeviceDir(*chipDir + "/device");
-        const AttributeMap attributes = collectAttributes(*chipDir, deviceDir);
-        const auto namePath = pathOf(attributes, "name");
-        const auto name = namePath ? readAttributeText(*namePath) : std::nullopt;
+        auto deviceDir = tree.openDeviceDir(*chipDir, "device");
+        const ChipFiles files = collectFiles(*chipDir, deviceDir);
+        const auto name = files.name ? files.name->readText("name") : std::nullopt;
         if (!name || name->empty())
             continue;
         if (classifyChip(*name) == ChipKind::gpu && !isRuntimeActive(tree, deviceDir))
@@ -166,10 +249,11 @@ std::vector<HwmonChip> scanHwmon(const SysfsTree& tree, const HwmonScanOptions& 
         HwmonChip chip;
         chip.name = *name;
         chip.hasDevice = deviceDir.has_value();
-        chip.devicePath = tree.withoutRoot(deviceDir ? *deviceDir : parentOf(*chipDir));
-        chip.deviceName = deviceDir ? std::string(lastComponent(*deviceDir)) : "virtual";
-        chip.temperatures = readTemperatures(attributes, options);
-        chip.fans = readFans(attributes);
+        chip.devicePath =
+            tree.withoutRoot(deviceDir ? deviceDir->path() : parentOf(chipDir->path()));
+        chip.deviceName = deviceDir ? std::string(lastComponent(deviceDir->path())) : "virtual";
+        chip.temperatures = readTemperatures(files, options);
+        chip.fans = readFans(files, options);
         chips.push_back(std::move(chip));
     }
     return chips;

@@ -21,7 +21,7 @@ struct HwmonTemperature {
     std::string label; ///< tempN_label, empty when absent
     long long milliCelsius = 0;
     std::optional<long long> critMilliCelsius;
-    std::string inputPath;
+    std::string inputPath; ///< empty unless paths were asked for
 };
 
 struct HwmonFan {
@@ -30,7 +30,7 @@ struct HwmonFan {
     long long minRpm = 0;
     std::optional<long long> maxRpm;
     long long targetRpm = 0;
-    FanControlPaths control;
+    FanControlPaths control; ///< kind none unless paths were asked for
 };
 
 struct HwmonChip {
@@ -44,6 +44,7 @@ struct HwmonChip {
 
 struct HwmonScanOptions {
     bool readCriticalTemperatures = false;
+    bool recordPaths = false; ///< fill inputPath and the fan control paths
 };
 
 /// Every chip under /sys/class/hwmon, except GPUs that are not runtime-active: reading

@@ -1,7 +1,5 @@
 #include "NvmlReader.h"
 
-#include "SysfsAttribute.h"
-
 #include <dlfcn.h>
 
 namespace {
@@ -19,15 +17,16 @@ constexpr int nvmlTemperatureGpu = 0;
 // rather than through every PCI device costs one failed lookup on other machines.
 std::vector<std::string> activeNvidiaGpus(const SysfsTree& tree) {
     std::vector<std::string> busIds;
-    const std::string driverDir = tree.path("/sys/bus/pci/drivers/nvidia");
-    for (const std::string& entry : SysfsTree::list(driverDir)) {
+    auto driverDir = tree.openDir("/sys/bus/pci/drivers/nvidia");
+    if (!driverDir)
+        return busIds;
+    for (std::string& entry : driverDir->names()) {
         if (entry.find(':') == std::string::npos)
             continue; // bind, unbind, module, ...
-        const auto deviceDir = tree.resolveDeviceDir(driverDir + "/" + entry);
-        const auto powerDir =
-            deviceDir ? tree.resolveDeviceDir(*deviceDir + "/power") : std::nullopt;
-        if (powerDir && readAttributeText(*powerDir + "/runtime_status") == "active")
-            busIds.push_back(entry);
+        const auto deviceDir = tree.openDeviceDir(*driverDir, entry);
+        const auto powerDir = deviceDir ? tree.openDeviceDir(*deviceDir, "power") : std::nullopt;
+        if (powerDir && powerDir->readText("runtime_status") == "active")
+            busIds.push_back(std::move(entry));
     }
     return busIds;
 }

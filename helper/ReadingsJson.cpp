@@ -1,61 +1,108 @@
 #include "ReadingsJson.h"
 
-#include <cstdio>
+#include <charconv>
 
-std::string jsonString(std::string_view text) {
-    std::string out = "\"";
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '"' || c == '\\') {
+namespace {
+
+void appendInteger(std::string& out, long long value) {
+    char digits[24];
+    out.append(digits, std::to_chars(digits, digits + sizeof digits, value).ptr);
+}
+
+void appendJsonString(std::string& out, std::string_view text) {
+    static constexpr char hex[] = "0123456789abcdef";
+    out += '"';
+    while (!text.empty()) {
+        // Plain characters go in whole runs; only the rest is looked at one by one.
+        std::size_t plain = 0;
+        while (plain < text.size()) {
+            const auto byte = static_cast<unsigned char>(text[plain]);
+            if (byte < 0x20 || byte >= 0x7f || byte == '"' || byte == '\\')
+                break;
+            ++plain;
+        }
+        out.append(text.data(), plain);
+        text.remove_prefix(plain);
+        if (text.empty())
+            break;
+        const auto byte = static_cast<unsigned char>(text.front());
+        text.remove_prefix(1);
+        if (byte == '"' || byte == '\\') {
             out += '\\';
-            out += c;
+            out += static_cast<char>(byte);
         } else if (byte < 0x20) {
-            char escaped[8];
-            std::snprintf(escaped, sizeof escaped, "\\u%04x", byte);
-            out += escaped;
-        } else if (byte >= 0x7f) {
-            out += '?';
+            out += "\\u00";
+            out += hex[byte >> 4];
+            out += hex[byte & 0xf];
         } else {
-            out += c;
+            out += '?';
         }
     }
     out += '"';
+}
+
+void appendDecimalFromMilli(std::string& out, long long milli) {
+    const bool negative = milli < 0;
+    const unsigned long long magnitude = negative ? 0ULL - static_cast<unsigned long long>(milli)
+                                                  : static_cast<unsigned long long>(milli);
+    if (negative)
+        out += '-';
+    char digits[24];
+    out.append(digits, std::to_chars(digits, digits + sizeof digits, magnitude / 1000).ptr);
+    unsigned int fraction = static_cast<unsigned int>(magnitude % 1000);
+    if (fraction == 0)
+        return;
+    out += '.';
+    for (unsigned int place = 100; fraction != 0; place /= 10) {
+        out += static_cast<char>('0' + fraction / place);
+        fraction %= place;
+    }
+}
+
+} // namespace
+
+std::string jsonString(std::string_view text) {
+    std::string out;
+    appendJsonString(out, text);
     return out;
 }
 
 std::string decimalFromMilli(long long milli) {
-    const bool negative = milli < 0;
-    const unsigned long long magnitude = negative ? 0ULL - static_cast<unsigned long long>(milli)
-                                                  : static_cast<unsigned long long>(milli);
-    std::string out = negative ? "-" : "";
-    out += std::to_string(magnitude / 1000);
-    unsigned long long fraction = magnitude % 1000;
-    if (fraction != 0) {
-        std::string digits = std::to_string(1000 + fraction).substr(1);
-        while (digits.back() == '0')
-            digits.pop_back();
-        out += "." + digits;
-    }
+    std::string out;
+    appendDecimalFromMilli(out, milli);
     return out;
 }
 
 std::string formatReadingsJson(const SensorReadings& readings) {
-    std::string out = "{\"temperatures\":[";
+    std::string out;
+    out.reserve(64 + readings.temperatures.size() * 96 + readings.fans.size() * 80);
+    out += "{\"temperatures\":[";
     for (std::size_t i = 0; i < readings.temperatures.size(); ++i) {
         const TemperatureReading& t = readings.temperatures[i];
-        out += i == 0 ? "{" : ",{";
-        out += "\"key\":" + jsonString(t.key) + ",\"label\":" + jsonString(t.label) +
-               ",\"value\":" + decimalFromMilli(t.milliCelsius) + "}";
+        out += i == 0 ? "{\"key\":" : ",{\"key\":";
+        appendJsonString(out, t.key);
+        out += ",\"label\":";
+        appendJsonString(out, t.label);
+        out += ",\"value\":";
+        appendDecimalFromMilli(out, t.milliCelsius);
+        out += '}';
     }
     out += "],\"fans\":[";
     for (std::size_t i = 0; i < readings.fans.size(); ++i) {
         const FanReading& f = readings.fans[i];
-        out += i == 0 ? "{" : ",{";
-        out += "\"id\":" + std::to_string(f.id) + ",\"actual\":" + std::to_string(f.rpm) +
-               ",\"min\":" + std::to_string(f.minRpm);
-        if (f.maxRpm)
-            out += ",\"max\":" + std::to_string(*f.maxRpm);
-        out += ",\"target\":" + std::to_string(f.targetRpm) + "}";
+        out += i == 0 ? "{\"id\":" : ",{\"id\":";
+        appendInteger(out, f.id);
+        out += ",\"actual\":";
+        appendInteger(out, f.rpm);
+        out += ",\"min\":";
+        appendInteger(out, f.minRpm);
+        if (f.maxRpm) {
+            out += ",\"max\":";
+            appendInteger(out, *f.maxRpm);
+        }
+        out += ",\"target\":";
+        appendInteger(out, f.targetRpm);
+        out += '}';
     }
     out += "]}\n";
     return out;

@@ -37,16 +37,18 @@ bool chipOrder(const HwmonChip& a, const HwmonChip& b) {
 
 void appendHwmonTemperatures(const HwmonChip& chip, std::vector<TemperatureReading>& out) {
     std::vector<RawTemperature> raw;
+    raw.reserve(chip.temperatures.size());
     for (const HwmonTemperature& t : chip.temperatures)
         raw.push_back({t.index, t.label, t.milliCelsius});
-    const auto labels = labelChipTemperatures(chip.name, raw);
+    auto labels = labelChipTemperatures(chip.name, raw);
+    std::string keyPrefix = "hwmon/";
+    keyPrefix.append(chip.name).append("/").append(chip.deviceName).append("/temp");
     for (std::size_t i = 0; i < labels.size(); ++i) {
         if (!labels[i])
             continue;
         const HwmonTemperature& t = chip.temperatures[i];
-        out.push_back(
-            {"hwmon/" + chip.name + "/" + chip.deviceName + "/temp" + std::to_string(t.index),
-             *labels[i], t.milliCelsius, t.critMilliCelsius, t.inputPath});
+        out.push_back({keyPrefix + std::to_string(t.index), std::move(*labels[i]), t.milliCelsius,
+                       t.critMilliCelsius, t.inputPath});
     }
 }
 
@@ -69,20 +71,26 @@ void appendThermalZones(const std::vector<ThermalZone>& zones, bool haveCpuSenso
 
 // A second "CPU Die" (another socket) becomes "CPU Die 2", and so on.
 void numberRepeatedLabels(std::vector<TemperatureReading>& temperatures) {
-    std::set<std::string> used;
-    for (TemperatureReading& reading : temperatures) {
-        std::string label = reading.label;
-        for (int n = 2; used.count(label) > 0; ++n)
-            label = reading.label + " " + std::to_string(n);
-        used.insert(label);
-        reading.label = std::move(label);
+    for (auto reading = temperatures.begin(); reading != temperatures.end(); ++reading) {
+        const auto isUsed = [&](const std::string& label) {
+            return std::any_of(
+                temperatures.begin(), reading,
+                [&](const TemperatureReading& earlier) { return earlier.label == label; });
+        };
+        if (!isUsed(reading->label))
+            continue;
+        std::string label;
+        for (int n = 2; label.empty() || isUsed(label); ++n)
+            label = reading->label + " " + std::to_string(n);
+        reading->label = std::move(label);
     }
 }
 
 } // namespace
 
 SensorReadings collectSensors(const SysfsTree& tree, const CollectOptions& options) {
-    std::vector<HwmonChip> chips = scanHwmon(tree, {options.readCriticalTemperatures});
+    std::vector<HwmonChip> chips =
+        scanHwmon(tree, {options.readCriticalTemperatures, options.recordPaths});
     const std::vector<ThermalZone> zones = scanThermalZones(tree, options.readCriticalTemperatures);
 
     std::set<std::string> zoneChipNames;

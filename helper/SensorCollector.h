@@ -12,7 +12,7 @@ struct TemperatureReading {
     std::string label;
     long long milliCelsius = 0;
     std::optional<long long> critMilliCelsius;
-    std::string inputPath; ///< empty for NVML readings
+    std::string inputPath; ///< empty for NVML readings and unless paths were asked for
 };
 
 struct FanReading {
@@ -32,6 +32,8 @@ struct SensorReadings {
 struct CollectOptions {
     bool includeNvml = false;
     bool readCriticalTemperatures = false;
+    /// The paths the daemon opens later (inputPath, fan control); an answer needs none.
+    bool recordPaths = false;
 };
 
 /// Every temperature and fan of the machine, labelled and in their stable order: chips

@@ -10,6 +10,7 @@
 namespace {
 
 constexpr std::size_t maxAttributeBytes = 128;
+constexpr std::size_t maxNameBytes = 64;
 
 bool consumeDigits(std::string_view& text) {
     std::size_t count = 0;
@@ -43,12 +44,28 @@ std::string_view baseName(std::string_view path) {
     return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
 
+// `name` relative to `dirFd`, never through a symlink.
+int checkedOpen(int dirFd, const char* name, bool forWriting) {
+    const int access = forWriting ? O_RDWR : O_RDONLY;
+    // O_NONBLOCK: a FIFO planted in a fake tree can never make a read wait.
+    const int fd = ::openat(dirFd, name, access | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (fd < 0 || !forWriting)
+        return fd;
+    // The daemon keeps what it opens for writing; that must be an attribute file.
+    struct stat info {};
+    if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
+        ::close(fd);
+        return -1;
+    }
+    return fd;
+}
+
 std::optional<std::string> readAll(int fd) {
-    std::array<char, maxAttributeBytes> buffer{};
-    const ssize_t count = ::pread(fd, buffer.data(), buffer.size(), 0);
+    char buffer[maxAttributeBytes];
+    const ssize_t count = ::pread(fd, buffer, sizeof buffer, 0);
     if (count < 0)
         return std::nullopt;
-    return std::string(buffer.data(), static_cast<std::size_t>(count));
+    return std::string(buffer, static_cast<std::size_t>(count));
 }
 
 } // namespace
@@ -67,21 +84,20 @@ bool isAllowedAttribute(std::string_view name) {
            matchesIndexed(name, "trip_point_", {"_type", "_temp"});
 }
 
+int openAttributeAt(int dirFd, std::string_view name, bool forWriting) {
+    // Whitelisted names hold no '/', so the open never leaves the directory.
+    char terminated[maxNameBytes];
+    if (!isAllowedAttribute(name) || name.size() >= sizeof terminated)
+        return -1;
+    name.copy(terminated, name.size());
+    terminated[name.size()] = '\0';
+    return checkedOpen(dirFd, terminated, forWriting);
+}
+
 int openAttribute(const std::string& path, bool forWriting) {
     if (!isAllowedAttribute(baseName(path)))
         return -1;
-    const int access = forWriting ? O_RDWR : O_RDONLY;
-    // O_NONBLOCK: a FIFO planted in a fake tree can never make a read wait.
-    const int fd = ::open(path.c_str(), access | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (fd < 0 || !forWriting)
-        return fd;
-    // The daemon keeps what it opens for writing; that must be an attribute file.
-    struct stat info {};
-    if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
-        ::close(fd);
-        return -1;
-    }
-    return fd;
+    return checkedOpen(AT_FDCWD, path.c_str(), forWriting);
 }
 
 std::optional<long long> parseAttributeInteger(std::string_view text) {
@@ -96,8 +112,8 @@ std::optional<long long> parseAttributeInteger(std::string_view text) {
     return value;
 }
 
-std::optional<std::string> readAttributeText(const std::string& path) {
-    const int fd = openAttribute(path);
+std::optional<std::string> readAttributeText(int dirFd, std::string_view name) {
+    const int fd = openAttributeAt(dirFd, name);
     if (fd < 0)
         return std::nullopt;
     auto text = readAll(fd);
@@ -110,8 +126,8 @@ std::optional<std::string> readAttributeText(const std::string& path) {
     return text;
 }
 
-std::optional<long long> readAttributeInteger(const std::string& path) {
-    const int fd = openAttribute(path);
+std::optional<long long> readAttributeInteger(int dirFd, std::string_view name) {
+    const int fd = openAttributeAt(dirFd, name);
     if (fd < 0)
         return std::nullopt;
     auto value = readAttributeInteger(fd);

@@ -15,12 +15,16 @@ bool isAllowedAttribute(std::string_view name);
 /// opened for writing is not a regular file.
 int openAttribute(const std::string& path, bool forWriting = false);
 
+/// The same for the attribute `name` of the open directory `dirFd`.
+int openAttributeAt(int dirFd, std::string_view name, bool forWriting = false);
+
 /// A sysfs integer ("45000\n", "-5"); nullopt for anything else.
 std::optional<long long> parseAttributeInteger(std::string_view text);
 
-/// The first line of the attribute, without trailing white space.
-std::optional<std::string> readAttributeText(const std::string& path);
-std::optional<long long> readAttributeInteger(const std::string& path);
+/// The first line of the attribute `name` of the directory `dirFd`, without trailing
+/// white space.
+std::optional<std::string> readAttributeText(int dirFd, std::string_view name);
+std::optional<long long> readAttributeInteger(int dirFd, std::string_view name);
 
 /// Reads an open attribute from its start (sysfs regenerates the value on each read).
 std::optional<long long> readAttributeInteger(int fd);

@@ -1,7 +1,5 @@
 #include "ThermalZoneScanner.h"
 
-#include "SysfsAttribute.h"
-
 #include <algorithm>
 #include <charconv>
 
@@ -21,14 +19,14 @@ std::optional<int> zoneNumber(std::string_view entry) {
     return number;
 }
 
-std::optional<long long> criticalTrip(const std::string& zoneDir) {
+std::optional<long long> criticalTrip(const SysfsDir& zoneDir) {
     for (int trip = 0; trip < maxTripPoints; ++trip) {
-        const std::string base = zoneDir + "/trip_point_" + std::to_string(trip);
-        const auto type = readAttributeText(base + "_type");
+        const std::string base = "trip_point_" + std::to_string(trip);
+        const auto type = zoneDir.readText(base + "_type");
         if (!type)
             break;
         if (*type == "critical")
-            return readAttributeInteger(base + "_temp");
+            return zoneDir.readInteger(base + "_temp");
     }
     return std::nullopt;
 }
@@ -37,17 +35,19 @@ std::optional<long long> criticalTrip(const std::string& zoneDir) {
 
 std::vector<ThermalZone> scanThermalZones(const SysfsTree& tree, bool readCriticalTrips) {
     std::vector<ThermalZone> zones;
-    const std::string classDir = tree.path("/sys/class/thermal");
-    for (const std::string& entry : SysfsTree::list(classDir)) {
+    auto classDir = tree.openDir("/sys/class/thermal");
+    if (!classDir)
+        return zones;
+    for (const std::string& entry : classDir->names()) {
         const auto number = zoneNumber(entry);
-        const auto zoneDir = number ? tree.resolveDeviceDir(classDir + "/" + entry) : std::nullopt;
+        const auto zoneDir = number ? tree.openDeviceDir(*classDir, entry) : std::nullopt;
         if (!zoneDir)
             continue;
         ThermalZone zone;
         zone.number = *number;
-        zone.tempPath = *zoneDir + "/temp";
-        const auto type = readAttributeText(*zoneDir + "/type");
-        const auto value = readAttributeInteger(zone.tempPath);
+        zone.tempPath = zoneDir->pathOf("temp");
+        const auto type = zoneDir->readText("type");
+        const auto value = zoneDir->readInteger("temp");
         if (!type || type->empty() || !value)
             continue;
         zone.type = *type;

@@ -27,7 +27,8 @@ int oneShotMode(const SysfsTree& tree) {
 
 // Everything privileged is opened first; the daemon then runs as the calling user.
 int daemonMode(const SysfsTree& tree) {
-    const SensorReadings readings = collectSensors(tree, {.readCriticalTemperatures = true});
+    const SensorReadings readings =
+        collectSensors(tree, {.readCriticalTemperatures = true, .recordPaths = true});
     FanGuard guard(readings.fans);
     std::vector<WatchedSensor> cpuSensors = openCpuSensors(readings);
     std::string error;

@@ -146,6 +146,11 @@ TEST(HelperOneShot, IgnoresWhatLiesOutsideSysDevicesAndKeepsTheAnswerValidJson) 
     sysfs.write("elsewhere/hwmon/hwmon9/name", "evil\n");
     sysfs.write("elsewhere/hwmon/hwmon9/temp1_input", "99000\n");
     sysfs.link("../../../elsewhere/hwmon/hwmon9", "sys/class/hwmon/hwmon9");
+    // Nor is one whose path under sys/devices passes through a link that leads out of it.
+    sysfs.write("outside/hwmon/hwmon7/name", "escaped\n");
+    sysfs.write("outside/hwmon/hwmon7/temp1_input", "77000\n");
+    sysfs.link("../../outside", "sys/devices/escape");
+    sysfs.link("../../devices/escape/hwmon/hwmon7", "sys/class/hwmon/hwmon7");
     // Attributes that are symlinks or FIFOs are never read (nor waited on).
     const std::string chip = sysfs.addHwmon(1, "platform/odd.0",
                                             {{"name", "we\"ird\\\x01"},

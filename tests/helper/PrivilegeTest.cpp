@@ -176,6 +176,18 @@ TEST(HelperHardening, DaemonKeepsOnlyItsSysfsFilesAndNoEnvironment) {
 
     const std::string proc = "/proc/" + std::to_string(daemon.pid());
     const std::string devices = fs::canonical(sysfs.root()).string() + "/sys/devices/";
+    // Right after its ready line the daemon swaps its output for /dev/null; look once
+    // that swap is done (fd 1 is /dev/null and the descriptor it came through is closed).
+    const auto outputSwapped = [&] {
+        int nulls = 0;
+        std::error_code error;
+        for (const auto& entry : fs::directory_iterator(proc + "/fd", error)) {
+            if (fs::read_symlink(entry.path(), error) == "/dev/null")
+                nulls += entry.path().filename() == "1" ? 1 : 2;
+        }
+        return nulls == 1;
+    };
+    EXPECT_TRUE(eventually(outputSwapped));
     int sysfsFiles = 0;
     for (const auto& entry : fs::directory_iterator(proc + "/fd")) {
         const int fd = std::stoi(entry.path().filename().string());
