@@ -59,7 +59,9 @@ AppSettings::AppSettings(std::unique_ptr<QSettings> store,
     connect(watcher_, &SettingsFileWatcher::touched, this, &AppSettings::reloadIfChanged);
 }
 
-AppSettings::~AppSettings() = default;
+AppSettings::~AppSettings() {
+    retryUnsavedWrites();
+}
 
 QString AppSettings::fileName() const {
     return store_->fileName();
@@ -104,7 +106,24 @@ void AppSettings::flush() {
 void AppSettings::writeText(SettingKey key, const QString& text) {
     store_->setValue(keyName(key), text);
     flush();
+    // QSettings forgets a write whose sync failed (a directory where the file must
+    // be, a full disk); keep it so it is written again once the file can be.
+    // (A FormatError only says the file read was garbage; the write itself landed.)
+    if (store_->status() == QSettings::AccessError)
+        unsavedWrites_[keyName(key)] = text;
+    else
+        unsavedWrites_.clear();
     emit objectWillChange();
+}
+
+void AppSettings::retryUnsavedWrites() {
+    if (unsavedWrites_.empty())
+        return;
+    for (const auto& [key, text] : unsavedWrites_)
+        store_->setValue(key, text);
+    flush();
+    if (store_->status() != QSettings::AccessError)
+        unsavedWrites_.clear();
 }
 
 void AppSettings::writeBool(SettingKey key, bool value) {
@@ -229,6 +248,7 @@ void AppSettings::setFanPercentages(const std::map<long long, double>& percentag
 // External changes
 
 bool AppSettings::reloadIfChanged() {
+    retryUnsavedWrites();
     if (!watcher_->hasChanged())
         return false;
     store_->sync();

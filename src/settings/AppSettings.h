@@ -242,8 +242,10 @@ private:
     void writeString(SettingKey key, const QString& value);
     template <typename E> void writeEnum(SettingKey key, E value);
     void flush();
+    void retryUnsavedWrites();
 
     std::unique_ptr<QSettings> store_;
+    std::map<QString, QString> unsavedWrites_;
     SettingsFileWatcher* watcher_ = nullptr;
     SystemColorScheme* systemScheme_ = nullptr;
     bool applicationAppearanceManaged_ = false;
