@@ -13,10 +13,12 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QSystemTrayIcon>
+#include <QTimer>
 
 namespace {
 constexpr int mainPopoverWidth = 300;
 constexpr qint64 reopenGuardMilliseconds = 300;
+constexpr int popupHandOverMilliseconds = 150;
 } // namespace
 
 VorluneApp::VorluneApp(const QString& settingsFile, QObject* parent)
@@ -95,8 +97,15 @@ void VorluneApp::showMainPopover() {
         mainPopover->activateWindow();
         return;
     }
-    auto* content = new MonitorPopoverView(*monitor, *appSettings, [](SensorType type) {
-        StatusBarManager::shared().showDetail(type, nullptr, true);
+    // A tapped section hands over to its detail: the main popover steps aside
+    // rather than keep a grab over the window or popover that opens.
+    auto* content = new MonitorPopoverView(*monitor, *appSettings, [this](SensorType type) {
+        if (mainPopover)
+            mainPopover->close();
+        // The detail opens a moment later, once the closed popup's pointer grab is
+        // released: a popup that opens while another still holds it loses its own.
+        QTimer::singleShot(popupHandOverMilliseconds, this,
+                           [type] { StatusBarManager::shared().showDetail(type, nullptr, true); });
     });
     mainPopover = new PopoverWindow(content, mainPopoverWidth);
     mainPopover->setWindowTitle(QStringLiteral("Vorlune"));

@@ -54,9 +54,16 @@ class WholeApp(unittest.TestCase):
         return cropped
 
     def visible_window(self, name):
-        out = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", name],
-                             env=self.desktop.env, capture_output=True, text=True).stdout
-        return out.split()
+        """Ids of the mapped windows whose title matches `name`."""
+        found = subprocess.run(["xdotool", "search", "--name", name], env=self.desktop.env,
+                               capture_output=True, text=True).stdout.split()
+        mapped = []
+        for window in found:
+            info = subprocess.run(["xwininfo", "-id", window], env=self.desktop.env,
+                                  capture_output=True, text=True).stdout
+            if "IsViewable" in info:
+                mapped.append(window)
+        return mapped
 
     def helpers_of_this_session(self):
         """smc_helper processes started by this test's Vorlune (they share its runtime dir)."""
@@ -97,6 +104,7 @@ class WholeApp(unittest.TestCase):
         self.assertEqual(second.returncode, 0)
         self.assertTrue(wait_until(lambda: self.visible_window("^Vorlune$"), 10),
                         "the main popover opened")
+        time.sleep(0.5)
         shot = self.desktop.screenshot("main-popover")
         panel_free = (0, 40, 1280, 720)  # both test panels sit outside this band
         disk = self.desktop.find_colour(self.crop(shot, panel_free), DISK_MARKER)
@@ -110,13 +118,17 @@ class WholeApp(unittest.TestCase):
                         "key", "alt+F4"], env=self.desktop.env)
         self.assertTrue(wait_until(lambda: not self.visible_window("^Disk$"), 10))
         self.assertIsNone(self.vorlune.poll(), "Vorlune still runs")
+        time.sleep(2.0)  # let the window manager settle focus, as a person's pause would
 
         subprocess.run([VORLUNE], env=self.desktop.env, timeout=20)
         self.assertTrue(wait_until(lambda: self.visible_window("^Vorlune$"), 10))
+        time.sleep(1.0)
         shot = self.desktop.screenshot("main-popover-again")
         cpu = self.desktop.find_colour(self.crop(shot, panel_free), CPU_MARKER)
         self.assertIsNotNone(cpu, "the CPU section is drawn in the CPU colour")
         self.desktop.click(cpu[0] + cpu[2] // 2, 40 + cpu[1] + cpu[3] // 2)
+
+        time.sleep(1.5)  # no screenshot while the popup takes its pointer grab
         self.assertTrue(wait_until(lambda: self.visible_window("^Vorlune: CPU$"), 10),
                         "CPU has an item: its popover opens")
         self.assertFalse(self.visible_window("^CPU$"), "and no stand-alone window")
