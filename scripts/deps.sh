@@ -50,7 +50,9 @@ vorlune_run_fuzzers() {
     work=$(mktemp -d)
     cp -r "$corpus/." "$work/" 2>/dev/null || true
     echo "Fuzzing $target for ${seconds}s"
-    "$vorlune_root/build-fuzz/tests/fuzz/$target" -max_total_time="$seconds" -print_final_stats=0 \
+    local dictionary=()
+    [ -f "$vorlune_root/tests/fuzz/$target.dict" ] && dictionary=(-dict="$vorlune_root/tests/fuzz/$target.dict")
+    "$vorlune_root/build-fuzz/tests/fuzz/$target" -max_total_time="$seconds" -print_final_stats=0 "${dictionary[@]}" \
       -artifact_prefix="$vorlune_root/build-fuzz/$target-" "$work" "$corpus" 2>&1 | tail -n 3
     rm -rf "$work"
   done
