@@ -1,6 +1,6 @@
 """The helper swapped for broken ones while the application samples on its own timer.
 
-Each broken helper must give the designed empty readings (0 degrees, no sensors, no
+Each broken helper must give the empty readings (0 degrees, no sensors, no
 fans) without bending the 2-second rhythm or leaving anything behind; the good helper
 put back must give real readings again.
 """
