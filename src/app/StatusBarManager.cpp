@@ -92,6 +92,7 @@ void StatusBarManager::setup(SystemMonitor& newMonitor, AppSettings& newSettings
 // Notices come many per tick; a run already scheduled will see every change, so
 // further notices join it instead of queueing another.
 void StatusBarManager::scheduleSync() {
+    appearances.clear();
     if (syncPending)
         return;
     syncPending = true;
@@ -145,6 +146,7 @@ std::set<SensorType> StatusBarManager::desiredSensorTypes(const AppSettings& set
 void StatusBarManager::syncStatusItems() {
     if (!settings)
         return;
+    appearances.clear();
     const std::set<SensorType> desired = desiredSensorTypes(*settings);
     for (auto it = statusItems.begin(); it != statusItems.end();) {
         if (desired.count(it->first)) {
@@ -181,7 +183,14 @@ void StatusBarManager::updateStatusItems() {
         return;
     const MenuBarReadings readings = readingsOf(*monitor);
     for (auto& [type, item] : statusItems)
-        item->setModel(buildButtonModel(type, readings, appearanceOf(type, *settings)));
+        item->setModel(buildButtonModel(type, readings, appearanceFor(type)));
+}
+
+const MenuBarAppearance& StatusBarManager::appearanceFor(SensorType type) {
+    auto found = appearances.find(type);
+    if (found == appearances.end())
+        found = appearances.emplace(type, appearanceOf(type, *settings)).first;
+    return found->second;
 }
 
 void StatusBarManager::removeAllStatusItems() {

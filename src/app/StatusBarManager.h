@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SensorType.h"
+#include "views/menubar/MenuBarAppearance.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -52,10 +53,13 @@ private:
     void scheduleSync();
     void scheduleUpdate();
     void forgetPopover(SensorType type);
+    const MenuBarAppearance& appearanceFor(SensorType type);
 
     std::map<SensorType, std::unique_ptr<TrayItem>> statusItems;
     std::map<SensorType, QPointer<PopoverWindow>> popovers;
     std::map<SensorType, QElapsedTimer> popoverClosedAt;
+    // Parsed colours and styles per item; dropped on every settings change.
+    std::map<SensorType, MenuBarAppearance> appearances;
     QPointer<SystemMonitor> monitor;
     QPointer<AppSettings> settings;
     QMetaObject::Connection terminationObserver;
