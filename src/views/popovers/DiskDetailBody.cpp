@@ -1,11 +1,10 @@
 #include "DiskDetailBody.h"
 
+#include "CapacitySummary.h"
 #include "ColoredProgressBar.h"
 #include "PopoverStyle.h"
-#include "PopoverText.h"
 #include "monitors/SystemMonitor.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -15,21 +14,10 @@ DiskDetailBody::DiskDetailBody(QWidget* parent) : DetailBody(parent) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(6);
-    amount = PopoverStyle::label({}, 18, QFont::Bold, this);
-    amount->setObjectName(QStringLiteral("amount"));
-    used = PopoverStyle::label({}, 10, QFont::Normal, this);
-    used->setObjectName(QStringLiteral("used"));
-    free = PopoverStyle::secondaryLabel({}, this);
-    free->setObjectName(QStringLiteral("free"));
+    summary = new CapacitySummary(this);
     storageMap = new ColoredProgressBar(12, this);
 
-    auto* usage = new QHBoxLayout;
-    usage->addWidget(used);
-    usage->addStretch();
-    usage->addWidget(free);
-
-    column->addWidget(amount);
-    column->addLayout(usage);
+    column->addWidget(summary);
     column->addSpacing(4);
     column->addWidget(PopoverStyle::caption(QStringLiteral("Storage Map"), this));
     column->addWidget(storageMap);
@@ -37,11 +25,11 @@ DiskDetailBody::DiskDetailBody(QWidget* parent) : DetailBody(parent) {
 
 void DiskDetailBody::refresh(const SystemMonitor& monitor, const AppSettings&,
                              const QColor& accent) {
-    amount->setText(QString::asprintf("%.0f / %.0f GB", monitor.diskUsed(), monitor.diskTotal()));
-    PopoverStyle::setTextColor(amount, accent);
-    used->setText(percentText(monitor.diskFraction()) + QStringLiteral(" used"));
-    free->setText(
-        QString::asprintf("%.0f GB free", std::max(0.0, monitor.diskTotal() - monitor.diskUsed())));
+    summary->setFigures(
+        QString::asprintf("%.0f / %.0f GB", monitor.diskUsed(), monitor.diskTotal()),
+        monitor.diskFraction(),
+        QString::asprintf("%.0f GB free", std::max(0.0, monitor.diskTotal() - monitor.diskUsed())),
+        accent);
     storageMap->setColor(accent);
     storageMap->setValue(monitor.diskFraction());
 }

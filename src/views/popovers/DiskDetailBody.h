@@ -3,7 +3,7 @@
 #include "DetailBody.h"
 
 class ColoredProgressBar;
-class QLabel;
+class CapacitySummary;
 
 /// Disk: used and total, the share used, free space and a storage map bar.
 class DiskDetailBody : public DetailBody {
@@ -14,8 +14,6 @@ public:
                  const QColor& accent) override;
 
 private:
-    QLabel* amount;
-    QLabel* used;
-    QLabel* free;
+    CapacitySummary* summary;
     ColoredProgressBar* storageMap;
 };

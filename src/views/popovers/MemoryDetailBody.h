@@ -2,6 +2,7 @@
 
 #include "DetailBody.h"
 
+class CapacitySummary;
 class QLabel;
 class SparklineView;
 
@@ -14,9 +15,7 @@ public:
                  const QColor& accent) override;
 
 private:
-    QLabel* amount;
-    QLabel* used;
-    QLabel* free;
+    CapacitySummary* summary;
     QLabel* pressure;
     SparklineView* history;
 };
