@@ -1,6 +1,6 @@
-#include "FakeMachines.h"
-#include "FakeSysfs.h"
-#include "HelperProcess.h"
+#include "support/FakeMachines.h"
+#include "support/FakeSysfs.h"
+#include "support/HelperProcess.h"
 
 #include <gtest/gtest.h>
 

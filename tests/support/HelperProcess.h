@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TempDir.h"
+
 #include <chrono>
 #include <string>
 #include <sys/types.h>
@@ -56,18 +58,3 @@ private:
     std::string lateOutput_;
     int exitStatus_ = -1;
 };
-
-/// Polls `condition` until it holds or `timeout` passes.
-template <typename Condition>
-bool eventually(Condition condition, std::chrono::milliseconds timeout = std::chrono::seconds(10)) {
-    const auto deadline = std::chrono::steady_clock::now() + timeout;
-    while (std::chrono::steady_clock::now() < deadline) {
-        if (condition())
-            return true;
-        struct timespec pause {
-            0, 10'000'000
-        };
-        nanosleep(&pause, nullptr);
-    }
-    return condition();
-}
