@@ -76,13 +76,13 @@ vorlune_configure_and_build() {
 
 # The soak: sampling ticks back to back under AddressSanitizer and UndefinedBehaviorSanitizer,
 # in a tree of its own that builds only the soak program and the helper. Arguments go to
-# tests/soak/run_soak.py (default: 20,000 ticks, figures compared from tick 1,000).
+# tests/soak/soak.py (default: 20,000 ticks, figures compared from tick 1,000).
 vorlune_run_soak() {
   local dir=$vorlune_root/build-asan
   if [ ! -f "$dir/build.ninja" ]; then
     cmake -S "$vorlune_root" -B "$dir" -G Ninja -DBUILD_TESTING=ON -DVORLUNE_SANITIZE=ON >/dev/null
   fi
   cmake --build "$dir" -j "$(nproc)" --target vorlune_soak smc_helper
-  python3 "$vorlune_root/tests/soak/run_soak.py" --soak "$dir/tests/soak/vorlune_soak" \
-    --helper "$dir/SMCHelper/smc_helper" "$@"
+  VORLUNE_SOAK="$dir/tests/soak/vorlune_soak" VORLUNE_SMC_HELPER="$dir/SMCHelper/smc_helper" \
+    python3 "$vorlune_root/tests/soak/soak.py" "$@"
 }

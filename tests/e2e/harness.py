@@ -1,9 +1,9 @@
-"""A virtual desktop for end-to-end tests: Xvfb, a tray host, screenshots, clicks."""
+"""Shared by the e2e, packaging and soak tests: waiting, files, processes, and a virtual
+desktop (Xvfb, openbox and a tray host, screenshots, clicks)."""
 
 import os
 import re
 import shutil
-import signal
 import subprocess
 import tempfile
 import time
@@ -21,47 +21,64 @@ def wait_until(predicate, timeout, interval=0.1):
     return predicate()
 
 
+def run(argv, check=False, **kwargs):
+    result = subprocess.run(argv, capture_output=True, text=True, **kwargs)
+    if check and result.returncode != 0:
+        raise RuntimeError(f"{argv} failed:\n{result.stdout}{result.stderr}")
+    return result
+
+
+def write_file(path, content, mode=0o644):
+    """Writes a new file and renames it over `path`, as an editor does: no reader ever
+    sees half of it."""
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(path + ".new", "wb" if isinstance(content, bytes) else "w") as file:
+        file.write(content)
+    os.chmod(path + ".new", mode)
+    os.rename(path + ".new", path)
+
+
+def processes(command_part, environment_part=""):
+    """Pids whose command line holds `command_part` and environment `environment_part`."""
+    found = []
+    for pid in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            with open(f"/proc/{pid}/cmdline", "rb") as cmdline, \
+                    open(f"/proc/{pid}/environ", "rb") as environ:
+                if command_part.encode() in cmdline.read() and \
+                        environment_part.encode() in environ.read():
+                    found.append(int(pid))
+        except OSError:
+            pass
+    return found
+
+
 class Desktop:
     """Xvfb with openbox and tint2 (XEmbed) or xfce4-panel (StatusNotifierItem)."""
 
     def __init__(self, host, artifacts):
-        self.host = host
-        self.artifacts = artifacts
+        self.host, self.artifacts, self.processes, self.shots = host, artifacts, [], set()
+        self.bus_pid = None
         os.makedirs(artifacts, exist_ok=True)
         self.home = tempfile.mkdtemp(prefix="vorlune-e2e-")
         self.config = os.path.join(self.home, "config")
         self.runtime = os.path.join(self.home, "runtime")
-        os.makedirs(self.config)
         os.makedirs(self.runtime, mode=0o700)
-        self.processes = []
-        self.bus_pid = None
-        self.env = dict(os.environ)
-        for name in ("WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "SESSION_MANAGER"):
-            self.env.pop(name, None)
+        self.env = {key: value for key, value in os.environ.items()
+                    if key not in ("WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "SESSION_MANAGER")}
         self.env.update(XDG_CONFIG_HOME=self.config, XDG_RUNTIME_DIR=self.runtime,
                         HOME=self.home, LANG="C.UTF-8")
-        self.display = self._start_xvfb()
-        self.env["DISPLAY"] = self.display
-
-    def _start_xvfb(self):
+        # -displayfd picks a free display, whatever other X servers run on the machine.
         read_end, write_end = os.pipe()
-        xvfb = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x800x24",
-             "-nolisten", "tcp"], pass_fds=(write_end,), stderr=subprocess.DEVNULL)
+        self.spawn(["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x800x24",
+                    "-nolisten", "tcp"], pass_fds=(write_end,))
         os.close(write_end)
-        self.processes.append(xvfb)
-        number = b""
-        with os.fdopen(read_end, "rb") as pipe:
-            while not number.endswith(b"\n"):
-                chunk = pipe.read(1)
-                if not chunk:
-                    raise RuntimeError("Xvfb did not start")
-                number += chunk
-        return ":" + number.decode().strip()
+        with os.fdopen(read_end) as pipe:
+            self.env["DISPLAY"] = ":" + pipe.readline().strip()
 
-    def spawn(self, argv, **kwargs):
+    def spawn(self, argv, stderr=subprocess.DEVNULL, **kwargs):
         process = subprocess.Popen(argv, env=self.env, stdout=subprocess.DEVNULL,
-                                   stderr=kwargs.pop("stderr", subprocess.DEVNULL), **kwargs)
+                                   stderr=stderr, **kwargs)
         self.processes.append(process)
         return process
 
@@ -69,105 +86,92 @@ class Desktop:
         if self.host == "tint2":
             # Without a session bus Qt has no StatusNotifierItem host and uses XEmbed.
             self.env["DBUS_SESSION_BUS_ADDRESS"] = "disabled:"
-            self.spawn(["openbox"])
-            time.sleep(0.5)
-            self.tint2 = self.spawn(["tint2", "-c", os.path.join(HERE, "tint2-minimal.rc")])
-            if not wait_until(self._tray_selection_owned, 20):
-                raise RuntimeError("tint2 did not claim the tray")
         else:
-            xml_dir = os.path.join(self.config, "xfce4", "xfconf", "xfce-perchannel-xml")
-            os.makedirs(xml_dir)
-            shutil.copy(os.path.join(HERE, "xfce4-panel-minimal.xml"),
-                        os.path.join(xml_dir, "xfce4-panel.xml"))
-            out = subprocess.run(["dbus-daemon", "--session", "--fork", "--print-address=1",
-                                  "--print-pid=1"], env=self.env, capture_output=True,
-                                 text=True, check=True).stdout.split()
-            self.env["DBUS_SESSION_BUS_ADDRESS"] = out[0]
-            self.bus_pid = int(out[1])
-            self.spawn(["openbox"])
-            time.sleep(0.5)
-            self.spawn(["xfce4-panel"])
-            if not wait_until(self._watcher_owned, 30, 0.25):
-                raise RuntimeError("xfce4-panel did not start a StatusNotifierWatcher")
-        time.sleep(1.0)
+            # xfconfd inherits the bus's environment: the panel layout must be there first.
+            write_file(os.path.join(self.config, "xfce4/xfconf/xfce-perchannel-xml",
+                                    "xfce4-panel.xml"),
+                       open(os.path.join(HERE, "xfce4-panel-minimal.xml")).read())
+            address, pid = run(["dbus-daemon", "--session", "--fork", "--print-address=1",
+                                "--print-pid=1"], env=self.env, check=True).stdout.split()
+            self.env["DBUS_SESSION_BUS_ADDRESS"], self.bus_pid = address, int(pid)
+        # Without a window manager tint2 takes about 15 s to claim the tray.
+        self.spawn(["openbox"])
+        time.sleep(0.5)
+        self.start_panel()
 
-    def restart_tray_host(self):
+    def start_panel(self):
         if self.host == "tint2":
-            self.tint2.kill()
-            self.tint2.wait()
-            time.sleep(1.0)
-            self.tint2 = self.spawn(["tint2", "-c", os.path.join(HERE, "tint2-minimal.rc")])
-            wait_until(self._tray_selection_owned, 20)
+            self.panel = self.spawn(["tint2", "-c", os.path.join(HERE, "tint2-minimal.rc")])
+            ready = lambda: run(["xdotool", "search", "--class", "tint2"], env=self.env).stdout
         else:
-            subprocess.run(["pkill", "-f", "xfce4-panel"], env=self.env)
-            time.sleep(1.0)
-            self.spawn(["xfce4-panel"])
-            wait_until(self._watcher_owned, 30, 0.25)
+            self.panel = self.spawn(["xfce4-panel"])
+            ready = lambda: "boolean true" in run(
+                ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
+                 "org.freedesktop.DBus.NameHasOwner", "string:org.kde.StatusNotifierWatcher"],
+                env=self.env).stdout
+        if not wait_until(ready, 30, 0.25):
+            raise RuntimeError(f"{self.host} did not take the tray")
         time.sleep(1.0)
-
-    def _tray_selection_owned(self):
-        out = subprocess.run(["xdotool", "search", "--class", "tint2"], env=self.env,
-                             capture_output=True, text=True).stdout
-        return bool(out.strip())
-
-    def _watcher_owned(self):
-        out = subprocess.run(
-            ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
-             "org.freedesktop.DBus.NameHasOwner", "string:org.kde.StatusNotifierWatcher"],
-            env=self.env, capture_output=True, text=True).stdout
-        return "boolean true" in out
 
     def write_settings(self, values):
-        directory = os.path.join(self.config, "vorlune")
-        os.makedirs(directory, exist_ok=True)
-        path = os.path.join(directory, "vorlune.conf")
-        temporary = path + ".new"
-        with open(temporary, "w") as out:
-            out.write("[General]\n")
-            for key, value in values.items():
-                out.write(f"{key}={value}\n")
-        os.replace(temporary, path)
+        write_file(os.path.join(self.config, "vorlune", "vorlune.conf"),
+                   "[General]\n" + "".join(f"{key}={value}\n" for key, value in values.items()))
 
     def screenshot(self, name):
         path = os.path.join(self.artifacts, f"{self.host}-{name}.png")
-        subprocess.run(["import", "-window", "root", path], env=self.env, check=True)
+        run(["import", "-window", "root", path], env=self.env, check=True)
+        if path not in self.shots:
+            self.shots.add(path)
+            print("screenshot:", path)
         return path
 
-    def find_colour(self, screenshot, colour, fuzz="12%"):
+    @staticmethod
+    def crop(screenshot, region):
+        x, y, width, height = region
+        path = screenshot.replace(".png", f"-{width}x{height}+{x}+{y}.png")
+        run(["convert", screenshot, "-crop", f"{width}x{height}+{x}+{y}", "+repage", path],
+            check=True)
+        return path
+
+    @staticmethod
+    def find_colour(screenshot, colour, fuzz="12%"):
         """Bounding box (x, y, w, h) of the pixels near `colour`, or None."""
-        out = subprocess.run(
-            ["convert", screenshot, "-fuzz", fuzz, "-fill", "black", "+opaque", colour,
-             "-fill", "white", "-opaque", colour, "-trim", "info:-"],
-            capture_output=True, text=True).stdout
+        out = run(["convert", screenshot, "-fuzz", fuzz, "-fill", "black", "+opaque", colour,
+                   "-fill", "white", "-opaque", colour, "-trim", "info:-"]).stdout
         match = re.search(r" (\d+)x(\d+) \d+x\d+([+-]\d+)([+-]\d+)", out)
         if not match:
             return None
         width, height, x, y = (int(v) for v in match.groups())
-        if width <= 1 and height <= 1 and x < 0:
-            return None
-        return x, y, width, height
+        # -trim of an image with no such pixel leaves one pixel outside the page.
+        return None if width <= 1 and height <= 1 and x < 0 else (x, y, width, height)
 
-    def changed_pixels(self, before, after):
-        result = subprocess.run(["compare", "-metric", "AE", before, after, "null:"],
-                                capture_output=True, text=True)
+    @staticmethod
+    def changed_pixels(before, after):
+        result = run(["compare", "-metric", "AE", before, after, "null:"])
         return int(float(result.stderr.split()[0]))
 
     def click(self, x, y):
-        subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "1"], env=self.env,
-                       check=True)
+        run(["xdotool", "mousemove", str(x), str(y), "click", "1"], env=self.env, check=True)
+
+    def windows(self, *search):
+        """(x, y, w, h) of each mapped window `xdotool search` finds with `search`."""
+        found = []
+        for window in run(["xdotool", "search", "--onlyvisible", *search],
+                          env=self.env).stdout.split():
+            shell = run(["xdotool", "getwindowgeometry", "--shell", window], env=self.env).stdout
+            geometry = dict(line.split("=", 1) for line in shell.split())
+            if "X" in geometry:
+                found.append(tuple(int(geometry[k]) for k in ("X", "Y", "WIDTH", "HEIGHT")))
+        return found
 
     def close(self):
         for process in reversed(self.processes):
-            if process.poll() is None:
-                process.send_signal(signal.SIGTERM)
+            process.terminate()
         for process in self.processes:
             try:
                 process.wait(timeout=5)
             except subprocess.TimeoutExpired:
                 process.kill()
         if self.bus_pid:
-            try:
-                os.kill(self.bus_pid, signal.SIGTERM)
-            except ProcessLookupError:
-                pass
+            run(["kill", str(self.bus_pid)])
         shutil.rmtree(self.home, ignore_errors=True)

@@ -6,48 +6,32 @@
 #include "monitors/NetworkMonitor.h"
 
 #include <deque>
-#include <functional>
 #include <optional>
 #include <vector>
 
-// Sources that hand out a scripted sequence of readings; nullopt plays a failed read.
-template <typename Value, typename Interface> class ScriptedSource : public Interface {
-public:
-    explicit ScriptedSource(std::deque<std::optional<Value>> script) : script(std::move(script)) {}
+// Readings handed out in order, the last one repeated; nullopt plays a failed read.
+template <typename Value> struct Script {
+    std::deque<std::optional<Value>> reads;
     std::optional<Value> next() {
-        if (script.empty())
-            return last;
-        last = script.front();
-        script.pop_front();
-        return last;
+        if (reads.size() > 1) {
+            auto value = reads.front();
+            reads.pop_front();
+            return value;
+        }
+        return reads.empty() ? std::nullopt : reads.front();
     }
-
-private:
-    std::deque<std::optional<Value>> script;
-    std::optional<Value> last;
 };
 
-class ScriptedCpuSource : public ScriptedSource<std::vector<CpuTicks>, CpuTickSource> {
-public:
-    using ScriptedSource::ScriptedSource;
-    std::optional<std::vector<CpuTicks>> readTicks() override { return next(); }
-};
+using CpuScript = Script<std::vector<CpuTicks>>;
+using Interfaces = std::vector<InterfaceCounters>;
 
-class ScriptedMemorySource : public ScriptedSource<MemoryCounters, MemorySource> {
-public:
-    using ScriptedSource::ScriptedSource;
-    std::optional<MemoryCounters> readMemory() override { return next(); }
-};
-
-class ScriptedVolumeSource : public ScriptedSource<VolumeCapacity, VolumeSource> {
-public:
-    using ScriptedSource::ScriptedSource;
-    std::optional<VolumeCapacity> readCapacity() override { return next(); }
-};
-
-class ScriptedInterfaceSource
-    : public ScriptedSource<std::vector<InterfaceCounters>, InterfaceCounterSource> {
-public:
-    using ScriptedSource::ScriptedSource;
-    std::optional<std::vector<InterfaceCounters>> readInterfaces() override { return next(); }
-};
+#define SCRIPTED_SOURCE(Name, Interface, Value, read)                                              \
+    struct Name : Interface, Script<Value> {                                                       \
+        explicit Name(Script<Value> script) : Script<Value>(std::move(script)) {}                  \
+        std::optional<Value> read() override { return next(); }                                    \
+    };
+SCRIPTED_SOURCE(ScriptedCpu, CpuTickSource, std::vector<CpuTicks>, readTicks)
+SCRIPTED_SOURCE(ScriptedMemory, MemorySource, MemoryCounters, readMemory)
+SCRIPTED_SOURCE(ScriptedVolume, VolumeSource, VolumeCapacity, readCapacity)
+SCRIPTED_SOURCE(ScriptedInterfaces, InterfaceCounterSource, Interfaces, readInterfaces)
+#undef SCRIPTED_SOURCE

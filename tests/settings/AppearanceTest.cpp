@@ -1,129 +1,180 @@
-#include "SettingsTestSupport.h"
+#include "support/SettingsHome.h"
 
-#include "settings/AppSettings.h"
-
-#include <QApplication>
+#include <QProcess>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QWidget>
 #include <gtest/gtest.h>
 
 namespace {
 
-const QColor darkWindow(53, 53, 53);
-const QColor lightWindow(239, 239, 239);
+const QColor darkWindow(53, 53, 53), lightWindow(239, 239, 239);
 
-QColor applicationWindowColour() {
+QColor windowColour() {
     return QGuiApplication::palette().color(QPalette::Window);
+}
+
+void setWindowColour(QColor colour) {
+    QPalette palette;
+    palette.setColor(QPalette::Window, colour);
+    QGuiApplication::setPalette(palette);
 }
 
 class Appearance : public testing::Test {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(dir.isValid());
-        QGuiApplication::setPalette(QPalette());
-        platformWindow = applicationWindowColour();
-    }
     void TearDown() override { QGuiApplication::setPalette(QPalette()); }
-
-    std::unique_ptr<AppSettings> open(std::unique_ptr<SystemColorScheme> scheme) {
-        return std::make_unique<AppSettings>(dir.filePath(QStringLiteral("vorlune.conf")),
-                                             std::move(scheme));
-    }
-
-    QTemporaryDir dir;
-    QColor platformWindow;
+    QGuiApplication& application = *qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+    SettingsHome home;
+    std::unique_ptr<AppSettings> settings = home.open();
 };
 
-TEST_F(Appearance, LightAndDarkSetFusionPalettesAndSystemWithoutPortalKeepsThePlatforms) {
-    const auto settings = open(std::make_unique<SystemColorScheme>(QString()));
-    auto& application = *qobject_cast<QGuiApplication*>(QCoreApplication::instance());
-    // A colour the palettes never use, so a leftover shows.
-    QPalette odd;
-    odd.setColor(QPalette::Window, QColor(1, 2, 3));
-    QGuiApplication::setPalette(odd);
-
-    settings->setAppearanceMode(AppearanceMode::dark);
-    settings->applyAppearance(application);
-    EXPECT_EQ(applicationWindowColour(), darkWindow);
-    EXPECT_EQ(QGuiApplication::palette().color(QPalette::WindowText), QColor(Qt::white));
-
-    settings->setAppearanceMode(AppearanceMode::light);
-    settings->applyAppearance(application);
-    EXPECT_EQ(applicationWindowColour(), lightWindow);
-    EXPECT_EQ(QGuiApplication::palette().color(QPalette::WindowText), QColor(Qt::black));
-
-    settings->setAppearanceMode(AppearanceMode::dark);
-    settings->applyAppearance(application);
-    settings->setAppearanceMode(AppearanceMode::system);
-    EXPECT_EQ(settings->appearancePalette(), std::nullopt);
-    settings->applyAppearance(application);
-    EXPECT_EQ(applicationWindowColour(), platformWindow);
+TEST_F(Appearance, EachItemTakesItsOwnExactStyleElseTheGlobalOne) {
+    const std::pair<const char*, const char*> styleSettings[] = {{"cpu", "styleCPU"},
+                                                                 {"memory", "styleMemory"},
+                                                                 {"disk", "styleDisk"},
+                                                                 {"networkIn", "styleNetworkIn"},
+                                                                 {"networkOut", "styleNetworkOut"},
+                                                                 {"network", "styleNetwork"},
+                                                                 {"cpuTemp", "styleCPUTemp"},
+                                                                 {"gpuTemp", "styleGPUTemp"},
+                                                                 {"fan", "styleFan"}};
+    settings->setPersistentDisplayStyle(PersistentStyle::textOnly);
+    for (const auto& [item, setting] : styleSettings) {
+        settings->setProperty(setting, QStringLiteral("Graph Only"));
+        for (const auto& [asked, unused] : styleSettings)
+            EXPECT_EQ(settings->effectiveStyle(asked) == PersistentStyle::graphOnly,
+                      std::string_view(asked) == item)
+                << setting << " set, asking " << asked;
+        settings->setProperty(setting, QString());
+    }
+    const std::pair<const char*, PersistentStyle> ownStyles[] = {
+        {"Graph Only", PersistentStyle::graphOnly},
+        {"Graph & Text", PersistentStyle::graphAndText},
+        {"graph only", PersistentStyle::textOnly},
+        {"Graph Only ", PersistentStyle::textOnly},
+        {"", PersistentStyle::textOnly},
+        {"textOnly", PersistentStyle::textOnly}};
+    for (const auto& [own, expected] : ownStyles) {
+        settings->setStyleFan(QString::fromUtf8(own));
+        EXPECT_EQ(settings->effectiveStyle("fan"), expected) << '"' << own << '"';
+    }
+    EXPECT_EQ(settings->effectiveStyle("temperature"), PersistentStyle::textOnly);
 }
 
-TEST_F(Appearance, WindowTakesExplicitPaletteOrFollowsTheApplication) {
-    const auto settings = open(std::make_unique<SystemColorScheme>(QString()));
+// Mono takes white or black from the appearance once, when applied; Mono Dark and Mono
+// Light (stored crossed over) do not follow it.
+TEST_F(Appearance, ThemesColourEveryItemForTheAppearanceAndNoticeOnceMoreWhenComplete) {
+    struct Case {
+        AppearanceMode mode;
+        QColor window; // the application palette, for System
+        ThemePreset preset;
+        bool dark;
+        QStringList colours; // cpu, memory, disk, network, temperature, fan
+    };
+    const QStringList black(6, "000000"), white(6, "FFFFFF");
+    const Case cases[] = {
+        {AppearanceMode::light, {}, ThemePreset::mono, false, black},
+        {AppearanceMode::dark, {}, ThemePreset::mono, true, white},
+        {AppearanceMode::system, QColor(127, 127, 127), ThemePreset::mono, true, white},
+        {AppearanceMode::system, QColor(128, 128, 128), ThemePreset::mono, false, black},
+        {AppearanceMode::dark, {}, ThemePreset::monoLight, true, black},
+        {AppearanceMode::light, {}, ThemePreset::monoDark, false, white},
+        {AppearanceMode::dark,
+         {},
+         ThemePreset::colorful,
+         true,
+         {"007AFF", "34C759", "FF9500", "AF52DE", "FF3B30", "5AC8FA"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(rawValue(c.preset)) + " under " + std::string(rawValue(c.mode)));
+        if (c.window.isValid())
+            setWindowColour(c.window);
+        settings->setAppearanceMode(c.mode);
+        EXPECT_EQ(settings->isDarkAppearance(), c.dark);
+        std::vector<QStringList> seen;
+        const auto connection =
+            QObject::connect(settings.get(), &AppSettings::objectWillChange, [&] {
+                seen.push_back({settings->cpuColorHex(), settings->memoryColorHex(),
+                                settings->diskColorHex(), settings->networkColorHex(),
+                                settings->temperatureColorHex(), settings->fanColorHex()});
+            });
+        settings->applyTheme(c.preset);
+        QObject::disconnect(connection);
+        EXPECT_EQ(settings->themePreset(), c.preset);
+        ASSERT_EQ(seen.size(), 8u) << "the preset, six colours, and one more";
+        EXPECT_EQ(seen.back(), c.colours);
+    }
+}
+
+TEST_F(Appearance, LightAndDarkSetTheirPalettesAndSystemWithoutADesktopAnswerKeepsThePlatforms) {
+    const QColor platform = windowColour();
+    setWindowColour(QColor(1, 2, 3)); // a colour no palette uses, so a leftover shows
     QWidget window;
-
-    settings->setAppearanceMode(AppearanceMode::dark);
-    settings->applyAppearance(window);
-    EXPECT_EQ(window.palette().color(QPalette::Window), darkWindow);
-    EXPECT_TRUE(window.testAttribute(Qt::WA_SetPalette));
-
-    settings->setAppearanceMode(AppearanceMode::light);
-    settings->applyAppearance(window);
-    EXPECT_EQ(window.palette().color(QPalette::Window), lightWindow);
-
-    settings->setAppearanceMode(AppearanceMode::system);
-    settings->applyAppearance(window);
-    EXPECT_FALSE(window.testAttribute(Qt::WA_SetPalette));
-    EXPECT_EQ(window.palette().color(QPalette::Window), applicationWindowColour());
+    const std::pair<AppearanceMode, QColor> cases[] = {{AppearanceMode::dark, darkWindow},
+                                                       {AppearanceMode::light, lightWindow},
+                                                       {AppearanceMode::dark, darkWindow},
+                                                       {AppearanceMode::system, platform}};
+    for (const auto& [mode, colour] : cases) {
+        SCOPED_TRACE(rawValue(mode).data());
+        settings->setAppearanceMode(mode);
+        settings->applyAppearance(application);
+        settings->applyAppearance(window);
+        EXPECT_EQ(windowColour(), colour);
+        EXPECT_EQ(window.palette().color(QPalette::Window), colour);
+        EXPECT_EQ(window.testAttribute(Qt::WA_SetPalette), mode != AppearanceMode::system)
+            << "under System the window follows the application";
+    }
 }
 
-class PortalAppearance : public Appearance {
-protected:
-    void SetUp() override {
-        Appearance::SetUp();
-        if (bus.start().isEmpty())
-            GTEST_SKIP() << "no dbus-daemon to run a private bus";
+// The stand-in portal on a message bus of its own.
+class FakePortal {
+public:
+    explicit FakePortal(unsigned scheme) {
+        const QString runner = QStandardPaths::findExecutable(QStringLiteral("dbus-run-session"));
+        if (runner.isEmpty())
+            return;
+        process.start(runner, {"--", VORLUNE_FAKE_PORTAL, QString::number(scheme)});
+        if (process.waitForReadyRead(10000) && process.canReadLine()) {
+            const QByteArray line = process.readLine().trimmed();
+            if (line.startsWith("ready "))
+                busAddress = QString::fromUtf8(line.mid(6));
+        }
     }
+    ~FakePortal() {
+        process.closeWriteChannel(); // the portal ends, and with it the bus
+        if (!process.waitForFinished(5000))
+            process.kill();
+    }
+    void setScheme(unsigned scheme) { process.write(QByteArray::number(scheme) + "\n"); }
 
-    PrivateBus bus;
-    FakePortal portal;
+    QProcess process;
+    QString busAddress;
 };
 
-TEST_F(PortalAppearance, ReadsTheNestedColorSchemeAndFollowsItsChanges) {
-    ASSERT_TRUE(portal.start(bus.address(), 1));
-    auto scheme = std::make_unique<SystemColorScheme>(bus.address());
-    EXPECT_EQ(scheme->prefersDark(), true);
-    const auto settings = open(std::move(scheme));
-    auto& application = *qobject_cast<QGuiApplication*>(QCoreApplication::instance());
-
+TEST_F(Appearance, SystemFollowsTheDesktopPortalAndItsChanges) {
+    FakePortal portal(1); // 1: prefers dark
+    if (portal.busAddress.isEmpty())
+        GTEST_SKIP() << "dbus-run-session cannot run the stand-in portal";
+    settings = std::make_unique<AppSettings>(
+        home.settingsFile(), std::make_unique<SystemColorScheme>(portal.busAddress));
+    setWindowColour(QColor(250, 240, 230)); // light, and no palette of ours
     EXPECT_TRUE(settings->isDarkAppearance());
     settings->applyAppearance(application);
-    EXPECT_EQ(applicationWindowColour(), darkWindow);
-    settings->applyTheme(ThemePreset::mono);
-    EXPECT_EQ(settings->cpuColorHex(), "FFFFFF");
+    EXPECT_EQ(windowColour(), darkWindow);
 
     QSignalSpy notices(settings.get(), &AppSettings::objectWillChange);
-    portal.setColorScheme(2);
+    portal.setScheme(2); // prefers light
     ASSERT_TRUE(notices.wait(5000)) << "SettingChanged did not arrive";
     EXPECT_FALSE(settings->isDarkAppearance());
-    EXPECT_EQ(applicationWindowColour(), lightWindow) << "system re-applies on the change";
+    EXPECT_EQ(windowColour(), lightWindow) << "System re-applies on the change";
 
-    // With an explicit mode the desktop's change leaves the palette alone.
     settings->setAppearanceMode(AppearanceMode::dark);
     settings->applyAppearance(application);
-    notices.clear();
-    portal.setColorScheme(0);
+    portal.setScheme(0); // no preference: not dark
     ASSERT_TRUE(notices.wait(5000));
-    EXPECT_EQ(applicationWindowColour(), darkWindow);
+    EXPECT_EQ(windowColour(), darkWindow) << "an explicit mode ignores the desktop";
     settings->setAppearanceMode(AppearanceMode::system);
-    EXPECT_FALSE(settings->isDarkAppearance()) << "0, no preference, is not dark";
-}
-
-TEST_F(PortalAppearance, NoPortalOnTheBusMeansNoAnswer) {
-    SystemColorScheme scheme(bus.address());
-    EXPECT_EQ(scheme.prefersDark(), std::nullopt);
+    EXPECT_FALSE(settings->isDarkAppearance());
 }
 
 } // namespace

@@ -1,7 +1,7 @@
-// A stand-in for xdg-desktop-portal's Settings interface on a private bus:
-// answers Read for org.freedesktop.appearance color-scheme the way Debian 12's
-// portal does (the value inside a second variant) and emits SettingChanged
-// when a line "set N" arrives on standard input. Prints "ready" once serving.
+// A stand-in for xdg-desktop-portal's Settings interface, run under dbus-run-session:
+// answers Read of org.freedesktop.appearance color-scheme the way Debian 12's portal
+// does (the value inside a second variant), and for each line "N" on standard input
+// changes the scheme to N and emits SettingChanged. Prints "ready BUS-ADDRESS" once serving.
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusContext>
@@ -9,72 +9,54 @@
 #include <QDBusVariant>
 #include <QSocketNotifier>
 #include <cstdio>
-#include <string>
 #include <unistd.h>
-
-namespace {
-const QString path = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString interfaceName = QStringLiteral("org.freedesktop.portal.Settings");
-} // namespace
 
 class FakePortalSettings : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 public:
-    explicit FakePortalSettings(unsigned scheme) : scheme_(scheme) {}
+    unsigned scheme = 0;
 
-    void setScheme(unsigned scheme) {
-        scheme_ = scheme;
-        QDBusMessage signal = QDBusMessage::createSignal(path, interfaceName, "SettingChanged");
+    void change(unsigned newScheme) {
+        scheme = newScheme;
+        QDBusMessage signal = QDBusMessage::createSignal(
+            "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings", "SettingChanged");
         signal << QStringLiteral("org.freedesktop.appearance") << QStringLiteral("color-scheme")
-               << QVariant::fromValue(QDBusVariant(scheme_));
+               << QVariant::fromValue(QDBusVariant(scheme));
         QDBusConnection::sessionBus().send(signal);
     }
 
 public slots:
     QDBusVariant Read(const QString& group, const QString& key) {
-        if (group != "org.freedesktop.appearance" || key != "color-scheme") {
-            sendErrorReply(QStringLiteral("org.freedesktop.portal.Error.NotFound"),
-                           QStringLiteral("Requested setting not found"));
-            return {};
-        }
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(scheme_)));
+        if (group != "org.freedesktop.appearance" || key != "color-scheme")
+            sendErrorReply("org.freedesktop.portal.Error.NotFound", "Requested setting not found");
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(scheme)));
     }
-
-private:
-    unsigned scheme_;
 };
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    const unsigned initial = argc > 1 ? unsigned(std::stoul(argv[1])) : 0;
-    FakePortalSettings settings(initial);
+    FakePortalSettings settings;
+    settings.scheme = argc > 1 ? QByteArray(argv[1]).toUInt() : 0;
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.registerObject(path, &settings, QDBusConnection::ExportAllSlots) ||
-        !bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop"))) {
-        std::fprintf(stderr, "cannot serve on the bus\n");
+    if (!bus.registerObject("/org/freedesktop/portal/desktop", &settings,
+                            QDBusConnection::ExportAllSlots) ||
+        !bus.registerService("org.freedesktop.portal.Desktop"))
         return 1;
-    }
-    std::printf("ready\n");
+    std::printf("ready %s\n", qgetenv("DBUS_SESSION_BUS_ADDRESS").constData());
     std::fflush(stdout);
 
     // Raw reads, so no line waits in a stream buffer the notifier cannot see.
-    std::string pending;
+    QByteArray pending;
     QSocketNotifier input(0, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, [&] {
-        char buffer[256];
+        char buffer[64];
         const ssize_t count = ::read(0, buffer, sizeof buffer);
-        if (count <= 0) {
-            app.quit();
-            return;
-        }
-        pending.append(buffer, std::size_t(count));
-        for (auto end = pending.find('\n'); end != std::string::npos; end = pending.find('\n')) {
-            const std::string line = pending.substr(0, end);
-            pending.erase(0, end + 1);
-            if (line.rfind("set ", 0) == 0)
-                settings.setScheme(unsigned(std::stoul(line.substr(4))));
-        }
+        if (count <= 0)
+            return app.quit();
+        pending.append(buffer, count);
+        for (qsizetype end; (end = pending.indexOf('\n')) >= 0; pending.remove(0, end + 1))
+            settings.change(pending.left(end).toUInt());
     });
     return app.exec();
 }

@@ -1,7 +1,5 @@
 #include "HelperProcess.h"
 
-#include <array>
-#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
@@ -9,118 +7,34 @@
 #include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 extern char** environ;
 
-namespace {
-
-struct Pipe {
-    int read = -1;
-    int write = -1;
-};
-
-Pipe makePipe() {
-    int fds[2];
-    if (::pipe2(fds, O_CLOEXEC) != 0)
-        throw std::runtime_error("pipe2 failed");
-    return {fds[0], fds[1]};
-}
-
-std::vector<char*> argvOf(const std::vector<std::string>& arguments) {
+DaemonProcess::DaemonProcess(const std::string& program,
+                             const std::vector<std::string>& arguments) {
+    // The child's end of each pipe: the read end for fd 0, the write ends for 1 and 2.
+    int pipes[3][2];
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    for (int fd = 0; fd < 3; ++fd) {
+        if (::pipe2(pipes[fd], O_CLOEXEC) != 0)
+            throw std::runtime_error("pipe2 failed");
+        posix_spawn_file_actions_adddup2(&actions, pipes[fd][fd == 0 ? 0 : 1], fd);
+    }
     std::vector<char*> argv;
     for (const std::string& argument : arguments)
         argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
-    return argv;
-}
-
-pid_t spawn(const std::string& program, const std::vector<std::string>& arguments, Pipe in,
-            Pipe out, Pipe err) {
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, in.read, 0);
-    posix_spawn_file_actions_adddup2(&actions, out.write, 1);
-    posix_spawn_file_actions_adddup2(&actions, err.write, 2);
-    std::vector<char*> argv = argvOf(arguments);
-    pid_t pid = -1;
-    const int result = posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), environ);
+    const int result = posix_spawn(&pid_, program.c_str(), &actions, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
-    ::close(in.read);
-    ::close(out.write);
-    ::close(err.write);
+    for (int fd = 0; fd < 3; ++fd)
+        ::close(pipes[fd][fd == 0 ? 0 : 1]);
+    input_ = pipes[0][1];
+    fds_[0] = pipes[1][0];
+    fds_[1] = pipes[2][0];
     if (result != 0)
         throw std::runtime_error("posix_spawn failed: " + program);
-    return pid;
-}
-
-int decodeStatus(int status) {
-    if (WIFEXITED(status))
-        return WEXITSTATUS(status);
-    if (WIFSIGNALED(status))
-        return 128 + WTERMSIG(status);
-    return -1;
-}
-
-// Reads what is available on `fd` within `timeoutMs`; false at end of file.
-bool readSome(int fd, std::string& into, int timeoutMs) {
-    pollfd waitFor{fd, POLLIN, 0};
-    if (::poll(&waitFor, 1, timeoutMs) <= 0)
-        return true;
-    std::array<char, 4096> buffer{};
-    const ssize_t count = ::read(fd, buffer.data(), buffer.size());
-    if (count <= 0)
-        return false;
-    into.append(buffer.data(), static_cast<std::size_t>(count));
-    return true;
-}
-
-} // namespace
-
-std::string helperBinary() {
-    return VORLUNE_BINARY_DIR "/SMCHelper/smc_helper";
-}
-
-HelperResult runProgram(const std::string& program, const std::vector<std::string>& arguments) {
-    Pipe in = makePipe();
-    Pipe out = makePipe();
-    Pipe err = makePipe();
-    const pid_t pid = spawn(program, arguments, in, out, err);
-    ::close(in.write);
-    HelperResult result;
-    bool outOpen = true;
-    bool errOpen = true;
-    while (outOpen || errOpen) {
-        if (outOpen)
-            outOpen = readSome(out.read, result.output, 10);
-        if (errOpen)
-            errOpen = readSome(err.read, result.errors, 10);
-    }
-    ::close(out.read);
-    ::close(err.read);
-    int status = 0;
-    ::waitpid(pid, &status, 0);
-    result.exitStatus = decodeStatus(status);
-    return result;
-}
-
-HelperResult runHelper(const std::vector<std::string>& arguments) {
-    std::vector<std::string> argv{"smc_helper"};
-    argv.insert(argv.end(), arguments.begin(), arguments.end());
-    return runProgram(helperBinary(), argv);
-}
-
-DaemonProcess::DaemonProcess(const std::string& sysfsRoot)
-    : DaemonProcess(helperBinary(), {"smc_helper", "--daemon", "--sysfs-root", sysfsRoot}) {}
-
-DaemonProcess::DaemonProcess(const std::string& program,
-                             const std::vector<std::string>& arguments) {
-    Pipe in = makePipe();
-    Pipe out = makePipe();
-    Pipe err = makePipe();
-    pid_ = spawn(program, arguments, in, out, err);
-    input_ = in.write;
-    output_ = out.read;
-    errorOutput_ = err.read;
 }
 
 DaemonProcess::~DaemonProcess() {
@@ -128,31 +42,31 @@ DaemonProcess::~DaemonProcess() {
         ::kill(pid_, SIGKILL);
         ::waitpid(pid_, nullptr, 0);
     }
-    for (int fd : {input_, output_, errorOutput_}) {
-        if (fd >= 0)
-            ::close(fd);
-    }
+    for (int fd : {input_, fds_[0], fds_[1]})
+        ::close(fd); // -1 where already closed
 }
 
-std::string DaemonProcess::readyLine(std::chrono::milliseconds timeout) {
-    std::string text;
-    const auto deadline = std::chrono::steady_clock::now() + timeout;
-    while (text.find('\n') == std::string::npos && std::chrono::steady_clock::now() < deadline) {
-        if (!readSome(output_, text, 50))
-            break;
+// Appends what either output has within 20 ms; closes an output at its end.
+void DaemonProcess::readOutputs() {
+    pollfd waitFor[2] = {{fds_[0], POLLIN, 0}, {fds_[1], POLLIN, 0}};
+    if (::poll(waitFor, 2, 20) <= 0)
+        return;
+    std::string* into[2] = {&output_, &errors_};
+    char buffer[4096];
+    for (int i = 0; i < 2; ++i) {
+        if (waitFor[i].revents == 0)
+            continue;
+        const ssize_t count = ::read(fds_[i], buffer, sizeof buffer);
+        if (count > 0)
+            into[i]->append(buffer, static_cast<std::size_t>(count));
+        else
+            ::close(std::exchange(fds_[i], -1));
     }
-    const auto newline = text.find('\n');
-    return newline == std::string::npos ? std::string() : text.substr(0, newline);
 }
 
 void DaemonProcess::send(const std::string& bytes) {
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t written = ::write(input_, bytes.data() + done, bytes.size() - done);
-        if (written <= 0)
-            throw std::runtime_error("writing to the daemon failed");
-        done += static_cast<std::size_t>(written);
-    }
+    if (::write(input_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
+        throw std::runtime_error("writing to the daemon failed");
 }
 
 void DaemonProcess::closeInput() {
@@ -160,34 +74,20 @@ void DaemonProcess::closeInput() {
     input_ = -1;
 }
 
-void DaemonProcess::drainErrors(int timeoutMs) {
-    readSome(errorOutput_, errors_, timeoutMs);
+bool DaemonProcess::waitFor(const std::string& text, const std::string& in) {
+    return eventually([&] {
+        readOutputs();
+        return in.find(text) != std::string::npos;
+    });
 }
 
-bool DaemonProcess::waitForError(const std::string& text, std::chrono::milliseconds timeout) {
-    return eventually(
-        [&] {
-            drainErrors(20);
-            return errors_.find(text) != std::string::npos;
-        },
-        timeout);
-}
-
-bool DaemonProcess::running() {
-    int status = 0;
-    if (exitStatus_ < 0 && ::waitpid(pid_, &status, WNOHANG) == pid_)
-        exitStatus_ = decodeStatus(status);
-    return exitStatus_ < 0;
-}
-
-int DaemonProcess::waitForExit(std::chrono::milliseconds timeout) {
-    eventually([&] { return !running(); }, timeout);
-    if (exitStatus_ < 0)
-        return exitStatus_;
-    // The daemon is gone, so both pipes end; read them to their end.
-    for (int i = 0; i < 100 && readSome(output_, lateOutput_, 100); ++i) {
-    }
-    for (int i = 0; i < 100 && readSome(errorOutput_, errors_, 100); ++i) {
-    }
+int DaemonProcess::waitForExit() {
+    eventually([&] {
+        readOutputs();
+        int status = 0;
+        if (exitStatus_ < 0 && ::waitpid(pid_, &status, WNOHANG) == pid_)
+            exitStatus_ = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+        return fds_[0] < 0 && fds_[1] < 0 && exitStatus_ >= 0;
+    });
     return exitStatus_;
 }

@@ -1,37 +1,40 @@
 #pragma once
 
 #include "monitors/SystemMonitor.h"
-#include "settings/AppSettings.h"
+#include "support/SettingsHome.h"
 
-#include <QStringList>
-#include <QTemporaryDir>
+#include <QCoreApplication>
+#include <QMouseEvent>
+#include <QWidget>
 
-class QLabel;
-class QWidget;
-
-// A real monitor that never samples (the test publishes its readings), with no helper
-// installed, and a real settings store in a scratch file that no desktop answers for.
+// A real monitor that never samples (the test publishes its readings) and whose helper
+// is never installed, so the fan section offers its setup; settings in a scratch home.
 struct PopoverRig {
-    PopoverRig();
+    static SamplingMonitors withoutHelper(const SettingsHome& home) {
+        SamplingMonitors monitors;
+        monitors.thermalMonitor = std::make_unique<ThermalMonitor>(
+            home.path("vorlune_smc_helper").toStdString(), "/bin/false");
+        return monitors;
+    }
 
-    QTemporaryDir dir;
-    AppSettings settings;
-    SystemMonitor monitor;
+    SettingsHome home;
+    std::unique_ptr<AppSettings> store = home.open();
+    AppSettings& settings = *store;
+    SystemMonitor monitor{withoutHelper(home), false};
 };
 
 /// Runs what the views queued after a change notice.
-void settle();
+inline void settle() {
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+}
 
-/// A sample with every reading known: see PopoverRig.cpp for the values.
-SystemSample knownSample();
-
-/// The label called `name` below `root`; fails the test when there is none.
-QLabel* labelNamed(const QWidget* root, const QString& name);
-/// The widget called `name` below `root`, or nullptr.
-QWidget* widgetNamed(const QWidget* root, const QString& name);
-
-/// The texts of every label and button below `root` that shows when `root` does.
-QStringList shownTexts(const QWidget* root);
-
-/// Sends a left click to the middle of `widget`.
-void click(QWidget* widget);
+/// A left click in the middle of `widget`.
+inline void click(QWidget* widget) {
+    const QPointF at = QRectF(widget->rect()).center();
+    for (auto [type, buttons] : {std::pair{QEvent::MouseButtonPress, Qt::LeftButton},
+                                 {QEvent::MouseButtonRelease, Qt::NoButton}}) {
+        QMouseEvent event(type, at, widget->mapToGlobal(at), Qt::LeftButton, buttons, {});
+        QCoreApplication::sendEvent(widget, &event);
+    }
+}

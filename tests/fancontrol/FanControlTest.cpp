@@ -1,0 +1,306 @@
+// Manual fan control: its arithmetic, installing the helper through stand-in pkexecs, and
+// the fan section of the fan popover, pictured in each state and driving real daemons.
+#include "monitors/FanFigures.h"
+#include "monitors/HelperInstallation.h"
+#include "monitors/SamplingMonitors.h"
+#include "monitors/SystemMonitor.h"
+#include "monitors/linux/HelperLocation.h"
+#include "support/FakeSysfs.h"
+#include "support/SettingsHome.h"
+#include "support/TempDir.h"
+#include "views/menubar/MenuBarColor.h"
+#include "views/popovers/CommandThrottle.h"
+#include "views/popovers/FanControlQueue.h"
+#include "views/popovers/FanControlText.h"
+#include "views/popovers/FanDetailContent.h"
+#include "views/popovers/FanSliderRow.h"
+#include "views/popovers/PopoverStyle.h"
+#include "views/popovers/SensorDetailPopoverView.h"
+#include "views/settings/ToggleSwitch.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QSlider>
+#include <QStyleFactory>
+#include <QThreadPool>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/file.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(FanMath, TargetsStatusAndFirstFanFigures) {
+    const std::tuple<double, double, const char*> targets[] = {
+        {0, 6000, "0% — 0 RPM"}, {33.4, 5000, "33% — 1670 RPM"}, {100, 3000, "100% — 3000 RPM"}};
+    for (const auto& [percent, max, slider] : targets)
+        EXPECT_EQ(sliderValueText(percent, targetRpm(percent, max)), slider);
+
+    const QColor green = PopoverStyle::green, orange = MenuBarColors::warm;
+    const struct {
+        bool manual;
+        long long speed, max;
+        FanStatus expected;
+    } statuses[] = {
+        {true, 5000, 6000, {"Manual override", orange, std::nullopt}},
+        {false, -5, 6000, {"Idle — fans off", green, std::nullopt}},
+        {false, 3000, 6000, {"50% capacity", green, 0.5}},
+        {false, 3060, 6000, {"51% capacity", orange, 0.51}},
+        {false, 4800, 6000, {"80% capacity", orange, 0.8}},
+        {false, 4860, 6000, {"81% capacity", MenuBarColors::hot, 0.81}},
+        {false, 1000, 0, {"0% capacity", green, 0.0}},
+    };
+    for (const auto& s : statuses)
+        EXPECT_TRUE(fanStatus(s.manual, s.speed, s.max) == s.expected) << s.speed;
+
+    // Whole RPM, the maximum at least 1; a speed beyond that is the helper's fault and
+    // clamping it would hide it.
+    const auto firstFan = [](double actual, double max) {
+        return ThermalReadings{0, 0, {}, {{0, actual, 0, max}, {1, 9999, 0, 9999}}};
+    };
+    EXPECT_EQ(firstFanMaxSpeed({}), 6000);
+    EXPECT_EQ(firstFanSpeed(firstFan(-1500.2, 0.5)), -1500);
+    EXPECT_EQ(firstFanMaxSpeed(firstFan(1234.9, 0.5)), 1);
+    EXPECT_EQ(firstFanMaxSpeed(firstFan(1234.9, 5800.7)), 5800);
+    EXPECT_DEATH(firstFanSpeed(firstFan(std::nan(""), 6000)), "Fan speed of nan RPM");
+    EXPECT_DEATH(firstFanMaxSpeed(firstFan(0, -1e19)), "cannot be converted");
+}
+
+TEST(FanMath, ThrottleLetsOneCommandThroughPerGap) {
+    using namespace std::chrono_literals;
+    CommandThrottle throttle(200ms);
+    const CommandThrottle::Clock::time_point start{};
+    const std::pair<std::chrono::milliseconds, bool> steps[] = {
+        {0ms, true}, {199ms, false}, {200ms, true}, {250ms, false}, {399ms, false}, {400ms, true}};
+    for (const auto& [at, allowed] : steps)
+        EXPECT_EQ(throttle.allow(start + at), allowed) << at.count() << " ms";
+    throttle.reset();
+    EXPECT_TRUE(throttle.allow(start + 401ms)) << "after a reset the next goes at once";
+}
+
+/// A real monitor that never samples, whose helper installs to and whose daemon starts
+/// from a scratch directory, and a settings file of its own.
+struct FanRig {
+    ~FanRig() { fanControlQueue(monitor).waitForDone(); } // queued work uses the monitor
+    ThermalMonitor& thermal() { return monitor.thermalMonitor(); }
+
+    TempDir dir;
+    const std::string installed = dir.str() + "/bin/vorlune_smc_helper";
+    const std::string elevation = dir.str() + "/elevate";
+    SettingsHome home;
+    std::unique_ptr<AppSettings> settings = home.open();
+    SystemMonitor monitor{{nullptr, nullptr, nullptr, nullptr,
+                           std::make_unique<ThermalMonitor>(installed, elevation), nullptr},
+                          false};
+};
+
+/// Runs what the views queued, until `condition` holds or 20 s have passed.
+inline bool settleUntil(const std::function<bool()>& condition = [] { return true; }) {
+    return eventually(
+        [&] {
+            QCoreApplication::sendPostedEvents();
+            QCoreApplication::processEvents();
+            return condition();
+        },
+        std::chrono::seconds(20));
+}
+
+/// Keeps test processes from using the fixed install script path at the same time.
+struct InstallScriptLock {
+    const int fd =
+        ::open("/tmp/vorlune-install-script-test.lock", O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    InstallScriptLock() { ::flock(fd, LOCK_EX); }
+    ~InstallScriptLock() { ::close(fd); }
+};
+
+TEST(InstallHelper, TrustsOnlyARootOwnedSetuidCopyMadeByAnAcceptedPrompt) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "the install script's chown needs root";
+    InstallScriptLock lock;
+    const fs::path script = installScriptPath;
+    ASSERT_FALSE(fs::exists(fs::symlink_status(script))) << "a stale " << script;
+    const struct {
+        const char* name;
+        std::string tail; // what the stand-in does after logging; empty: no program at all
+        bool installed, copied;
+    } cases[] = {
+        {"accepted", "exec \"$@\"\n", true, true},
+        {"dismissed prompt", "exit 126\n", false, false},
+        {"not authorised", "exit 127\n", false, false},
+        {"copy left without set-user-ID", "\"$@\"\nchmod u-s \"$INSTALLED\"\n", false, true},
+        {"pkexec missing", "", false, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        FanRig rig;
+        if (!c.tail.empty())
+            rig.dir.writeScript("elevate", "echo \"$*\" > \"$0.args\"\ncp \"$2\" \"$0.script\"\n"
+                                           "INSTALLED=\"" +
+                                               rig.installed + "\"\n" + c.tail);
+        ASSERT_TRUE(rig.thermal().helperPath()) << "smc_helper is not built";
+        EXPECT_EQ(rig.thermal().installHelper(), c.installed);
+        EXPECT_EQ(rig.thermal().isHelperInstalled(), c.installed);
+        EXPECT_EQ(readFile(rig.installed) == readFile(*rig.thermal().helperPath()), c.copied);
+        if (c.tail.empty()) {
+            fs::remove(script); // nothing ran it
+            continue;
+        }
+        EXPECT_FALSE(fs::exists(script)) << "the script is removed after the prompt";
+        EXPECT_EQ(rig.dir.read("elevate.args"), "/bin/sh " + script.string() + "\n");
+        EXPECT_EQ(rig.dir.read("elevate.script"),
+                  installScriptText(*rig.thermal().helperPath(), rig.installed));
+    }
+}
+
+// Texts that do not fit their widget, and widgets that stick out of the popover.
+QStringList clipped(const QWidget& view) {
+    QStringList found;
+    for (const QWidget* widget : view.findChildren<QWidget*>()) {
+        const auto* label = qobject_cast<const QLabel*>(widget);
+        const auto* button = qobject_cast<const QAbstractButton*>(widget);
+        const QRect room = widget->contentsRect();
+        if (widget->isVisibleTo(&view) &&
+            (!view.rect().contains(QRect(widget->mapTo(&view, QPoint()), widget->size())) ||
+             (button && button->sizeHint().width() > button->width()) ||
+             (label && (label->wordWrap() ? label->heightForWidth(room.width()) > room.height()
+                                          : label->fontMetrics().horizontalAdvance(label->text()) >
+                                                room.width()))))
+            found << (label ? label->text() : button ? button->text() : widget->objectName());
+    }
+    return found;
+}
+
+// More than a few pixels of about this colour.
+bool shows(const QImage& image, const QColor& colour) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            count += std::max({std::abs(image.pixelColor(x, y).red() - colour.red()),
+                               std::abs(image.pixelColor(x, y).green() - colour.green()),
+                               std::abs(image.pixelColor(x, y).blue() - colour.blue())}) < 24;
+    return count > 20;
+}
+
+struct Section : testing::Test, FanRig {
+    void SetUp() override {
+        if (::geteuid() != 0)
+            GTEST_SKIP() << "an installed helper must be root-owned";
+        SystemSample sample;
+        sample.thermal.fans = {{0, 2400, 1200, 6000, 2400}, {1, 1800, 1000, 6000, 1800}};
+        monitor.publish(sample);
+    }
+    FanDetailContent& open() {
+        content = std::make_unique<FanDetailContent>(monitor, *settings);
+        content->show();
+        settleUntil();
+        return *content;
+    }
+    ToggleSwitch& manualSwitch() { return *content->findChild<ToggleSwitch*>("manualSwitch"); }
+    void flipSwitch() {
+        manualSwitch().click();
+        EXPECT_TRUE(settleUntil([&] { return !content->isInstalling(); }));
+    }
+    std::unique_ptr<FanDetailContent> content;
+};
+
+TEST_F(Section, EachStateIsLaidOutWithoutClippingInTheThemeColours) {
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    settings->setAppearanceMode(AppearanceMode::light);
+    settings->applyAppearance(*qApp);
+    InstallScriptLock lock;
+    dir.writeScript(elevation, "exit 126\n"); // a dismissed prompt
+    const auto clickAndWait = [](const char* name) {
+        return [name](FanDetailContent& section) {
+            section.findChild<QAbstractButton*>(name)->click();
+            settleUntil([&] { return !section.isInstalling(); });
+        };
+    };
+    const struct {
+        const char* name;
+        std::function<void(FanDetailContent&)> prepare;
+        bool red, orange; // the failure line; the manual status and its warning
+    } states[] = {
+        {"fan-setup-failed", clickAndWait("enableButton"), true, false},
+        {"fan-automatic",
+         [&](FanDetailContent& section) {
+             dir.writeScript(installed, "echo ready\nexec cat\n", 04755);
+             section.refresh();
+         },
+         false, false},
+        {"fan-manual", clickAndWait("manualSwitch"), false, true},
+    };
+    const QString folder = QStringLiteral(VORLUNE_BINARY_DIR "/screenshots/fancontrol/");
+    QDir().mkpath(folder);
+    for (const auto& state : states) {
+        SCOPED_TRACE(state.name);
+        SensorDetailPopoverView view(SensorType::fan, monitor, *settings, [] {});
+        view.show();
+        settleUntil();
+        state.prepare(*view.findChild<FanDetailContent*>("fanSection"));
+        settleUntil();
+        view.adjustSize();
+        settleUntil();
+        const QImage image = view.grab().toImage();
+        image.save(folder + state.name + QStringLiteral(".png"));
+        EXPECT_EQ(image.width(), SensorDetailPopoverView::popoverWidth * image.devicePixelRatio());
+        EXPECT_EQ(clipped(view), QStringList());
+        EXPECT_EQ(shows(image, MenuBarColors::hot), state.red);
+        EXPECT_EQ(shows(image, MenuBarColors::warm), state.orange);
+    }
+}
+
+TEST_F(Section, SwitchDrivesTheRealDaemonAndReportsOneThatFailsOrDies) {
+    dir.write(installed, "not a program\n", 04755);
+    open();
+    flipSwitch();
+    EXPECT_FALSE(manualSwitch().isChecked()) << "a daemon that cannot start";
+    EXPECT_TRUE(content->installFailed());
+
+    const std::string built = VORLUNE_BINARY_DIR "/SMCHelper/smc_helper";
+    ASSERT_TRUE(isExecutableFile(built));
+    FakeSysfs board; // a cool CPU keeps the daemon's failsafe out of the way
+    board.addHwmon(1, "platform/coretemp.0", {{"name", "coretemp"}, {"temp1_input", "45000"}});
+    FakeSysfs::Attributes fans = {{"name", "nct6775"}, {"pwm1", "100"}, {"pwm2", "120"}};
+    for (const std::string n : {"1", "2"})
+        fans.insert({{"fan" + n + "_input", "2000"},
+                     {"fan" + n + "_max", "6000"},
+                     {"pwm" + n + "_enable", "5"}});
+    const std::string chip = board.addHwmon(2, "platform/nct6775.656", fans);
+    dir.writeScript(installed,
+                    "echo $$ > \"" + dir.str() + "/pid\"\nexec " + built + " \"$@\" --sysfs-root " +
+                        board.root() + "\n",
+                    04755);
+    const auto duty = [&](const char* file) { return firstInteger(board.read(chip + "/" + file)); };
+    settings->setFanPercentages({{0, 25}, {1, 75}});
+    open();
+    flipSwitch();
+    // 1500 and 4500 of 6000 RPM: duties (rpm x 255 + 3000) / 6000.
+    EXPECT_TRUE(eventually([&] { return duty("pwm1") == 64 && duty("pwm2") == 191; }));
+    EXPECT_EQ(duty("pwm1_enable"), 1);
+    for (FanSliderRow* row : content->findChildren<FanSliderRow*>())
+        if (row->fanId() == 1 && row->isVisibleTo(content.get()))
+            row->slider()->setValue(50);
+    EXPECT_TRUE(eventually([&] { return duty("pwm2") == 128; })) << duty("pwm2");
+
+    flipSwitch();
+    EXPECT_FALSE(thermal().isDaemonRunning());
+    EXPECT_EQ(settings->fanPercentages(), (std::map<long long, double>{{0, 25}, {1, 50}}));
+    EXPECT_EQ(std::vector({duty("pwm1"), duty("pwm2"), duty("pwm1_enable"), duty("pwm2_enable")}),
+              std::vector<long long>({100, 120, 5, 5}));
+
+    flipSwitch();
+    ASSERT_EQ(::kill(std::stoi(dir.read("pid")), SIGKILL), 0);
+    ASSERT_TRUE(eventually([&] { return !thermal().isDaemonRunning(); }));
+    content->hide();
+    content->show();
+    EXPECT_FALSE(manualSwitch().isChecked()) << "the reopened section shows the fans automatic";
+    EXPECT_FALSE(content->isManualMode());
+}
+
+} // namespace
