@@ -18,16 +18,24 @@ Failsafe::Limits Failsafe::limitsFor(std::optional<long long> critMilliCelsius) 
 
 Failsafe::Change Failsafe::update(const std::vector<std::optional<long long>>& milliCelsius) {
     bool anyHot = false;
+    bool anyLost = false;
     bool allCool = true;
-    for (std::size_t i = 0; i < sensors_.size() && i < milliCelsius.size(); ++i) {
-        if (!milliCelsius[i])
+    for (std::size_t i = 0; i < sensors_.size(); ++i) {
+        const std::optional<long long> value =
+            i < milliCelsius.size() ? milliCelsius[i] : std::nullopt;
+        if (!value) {
+            ++unreadableStreaks_[i];
+            anyLost = anyLost || unreadableStreaks_[i] >= unreadableChecksLimit;
+            allCool = false;
             continue;
-        anyHot = anyHot || *milliCelsius[i] >= sensors_[i].triggerMilliCelsius;
-        allCool = allCool && *milliCelsius[i] < sensors_[i].releaseMilliCelsius;
+        }
+        unreadableStreaks_[i] = 0;
+        anyHot = anyHot || *value >= sensors_[i].triggerMilliCelsius;
+        allCool = allCool && *value < sensors_[i].releaseMilliCelsius;
     }
-    if (!engaged_ && anyHot) {
+    if (!engaged_ && (anyHot || anyLost)) {
         engaged_ = true;
-        return Change::engaged;
+        return anyHot ? Change::engagedHot : Change::engagedUnreadable;
     }
     if (engaged_ && allCool) {
         engaged_ = false;

@@ -52,24 +52,31 @@ std::vector<Failsafe::Limits> limitsOf(const std::vector<WatchedSensor>& sensors
 
 } // namespace
 
-std::vector<WatchedSensor> openCpuSensors(const SensorReadings& readings) {
-    std::vector<WatchedSensor> sensors;
+std::vector<WatchedSensor> openWatchedSensors(const SensorReadings& readings) {
+    std::vector<WatchedSensor> cpu;
+    std::vector<WatchedSensor> others;
     for (const TemperatureReading& reading : readings.temperatures) {
-        if (!isCpuLabel(reading.label) || reading.inputPath.empty())
+        if (reading.inputPath.empty())
             continue;
         const int fd = openAttribute(reading.inputPath);
-        if (fd >= 0)
-            sensors.push_back({fd, Failsafe::limitsFor(reading.critMilliCelsius)});
+        if (fd < 0)
+            continue;
+        const bool isCpu = isCpuLabel(reading.label);
+        (isCpu ? cpu : others)
+            .push_back({fd, Failsafe::limitsFor(reading.critMilliCelsius), isCpu});
     }
-    return sensors;
+    std::vector<WatchedSensor>& unused = cpu.empty() ? cpu : others;
+    for (const WatchedSensor& sensor : unused)
+        ::close(sensor.fd);
+    return cpu.empty() ? others : cpu;
 }
 
-FanDaemon::FanDaemon(FanGuard guard, std::vector<WatchedSensor> cpuSensors)
-    : guard_(std::move(guard)), cpuSensors_(std::move(cpuSensors)),
-      failsafe_(limitsOf(cpuSensors_)) {}
+FanDaemon::FanDaemon(FanGuard guard, std::vector<WatchedSensor> watched, DaemonRunDir runDir)
+    : guard_(std::move(guard)), watched_(std::move(watched)), runDir_(std::move(runDir)),
+      failsafe_(limitsOf(watched_)) {}
 
 FanDaemon::~FanDaemon() {
-    for (const WatchedSensor& sensor : cpuSensors_)
+    for (const WatchedSensor& sensor : watched_)
         ::close(sensor.fd);
 }
 
@@ -86,10 +93,8 @@ int FanDaemon::run(int input, int output) {
 
     std::array<char, 512> buffer{};
     while (true) {
-        if (receivedSignal != 0) {
-            restoreAll();
-            return 128 + receivedSignal;
-        }
+        if (receivedSignal != 0)
+            return finish(128 + receivedSignal);
         checkTemperatures();
         pollfd waitFor{input, POLLIN, 0};
         const timespec timeout{temperatureCheckMilliseconds / 1000, 0};
@@ -100,11 +105,11 @@ int FanDaemon::run(int input, int output) {
         if (count < 0 && (errno == EINTR || errno == EAGAIN))
             continue;
         if (count <= 0)
-            return restoreAll() ? 0 : 1;
+            return finish(0);
         reader_.append(std::string_view(buffer.data(), static_cast<std::size_t>(count)));
         while (const auto line = reader_.nextLine()) {
             if (!handleLine(*line))
-                return restoreAll() ? 0 : 1;
+                return finish(0);
         }
     }
 }
@@ -119,7 +124,7 @@ bool FanDaemon::handleLine(std::string_view line) {
     const bool setsSpeed =
         command.kind == CommandKind::setFan || command.kind == CommandKind::setAll;
     if (setsSpeed && failsafe_.engaged()) {
-        reportError("refused: the CPU is too hot for manual fan control");
+        reportError("refused: fans are handed back until the temperature is safe and readable");
         return true;
     }
     switch (command.kind) {
@@ -173,15 +178,19 @@ void FanDaemon::setFan(std::size_t id, long long rpm) {
 
 void FanDaemon::checkTemperatures() {
     std::vector<std::optional<long long>> values;
-    for (const WatchedSensor& sensor : cpuSensors_)
+    for (const WatchedSensor& sensor : watched_)
         values.push_back(readAttributeInteger(sensor.fd));
     switch (failsafe_.update(values)) {
-    case Failsafe::Change::engaged:
-        reportError("CPU too hot: every fan handed back to automatic control");
+    case Failsafe::Change::engagedHot:
+        reportError(watchedName() + " too hot: every fan handed back to automatic control");
+        restoreAll();
+        break;
+    case Failsafe::Change::engagedUnreadable:
+        reportError("temperature unreadable: every fan handed back to automatic control");
         restoreAll();
         break;
     case Failsafe::Change::released:
-        reportError("CPU cooled down: fan commands accepted again");
+        reportError(watchedName() + " cooled down: fan commands accepted again");
         break;
     case Failsafe::Change::none:
         break;
@@ -208,4 +217,17 @@ bool FanDaemon::restoreAll() {
     for (std::size_t id = 0; id < guard_.fanCount(); ++id)
         allRestored = restoreFan(id) && allRestored;
     return allRestored;
+}
+
+std::string FanDaemon::watchedName() const {
+    return !watched_.empty() && watched_.front().cpu ? "CPU" : "hottest sensor";
+}
+
+// The state file is emptied only once every fan is back, so a fan that could not be
+// restored is tried again by the next daemon.
+int FanDaemon::finish(int status) {
+    if (!restoreAll())
+        return status == 0 ? 1 : status;
+    runDir_.clearStates();
+    return status;
 }

@@ -16,6 +16,7 @@ constexpr long long manualMode = 1;
 FanGuard::FanGuard(const std::vector<FanReading>& fans) {
     for (const FanReading& reading : fans) {
         Fan fan;
+        fan.key = reading.control.valuePath;
         fan.maxRpm = reading.maxRpm.value_or(defaultMaxRpm);
         const FanControlPaths& control = reading.control;
         if (control.kind != FanControlKind::none) {
@@ -50,19 +51,53 @@ bool FanGuard::isHeld(std::size_t id) const {
     return id < fans_.size() && fans_[id].saved.has_value();
 }
 
-bool FanGuard::save(Fan& fan) {
+std::optional<FanGuard::Saved> FanGuard::readState(const Fan& fan) {
     Saved saved;
     const auto value = readAttributeInteger(fan.valueFd);
     if (!value)
-        return false;
+        return std::nullopt;
     saved.value = *value;
     if (fan.modeFd >= 0) {
         saved.mode = readAttributeInteger(fan.modeFd);
         if (!saved.mode)
-            return false;
+            return std::nullopt;
     }
-    fan.saved = saved;
-    return true;
+    return saved;
+}
+
+std::vector<std::string> FanGuard::restoreLeftover(const std::vector<SavedFanState>& states) {
+    std::vector<std::string> failed;
+    for (const SavedFanState& state : states) {
+        const auto fan = std::find_if(fans_.begin(), fans_.end(), [&](const Fan& candidate) {
+            return candidate.kind != FanControlKind::none && candidate.key == state.key;
+        });
+        if (fan == fans_.end())
+            continue; // gone with its device; the kernel reset it when it went
+        bool ok = writeAttributeInteger(fan->valueFd, state.value);
+        if (ok && state.mode && fan->modeFd >= 0)
+            ok = writeAttributeInteger(fan->modeFd, *state.mode) &&
+                 readAttributeInteger(fan->modeFd) == state.mode;
+        if (!ok) {
+            runFullSpeed(*fan);
+            failed.push_back(state.key);
+        }
+    }
+    return failed;
+}
+
+std::vector<SavedFanState> FanGuard::takeOriginals() {
+    std::vector<SavedFanState> originals;
+    for (Fan& fan : fans_) {
+        if (fan.kind == FanControlKind::none)
+            continue;
+        fan.original = readState(fan);
+        if (!fan.original) {
+            fan.kind = FanControlKind::none;
+            continue;
+        }
+        originals.push_back({fan.key, fan.original->mode, fan.original->value});
+    }
+    return originals;
 }
 
 bool FanGuard::write(const Fan& fan, std::optional<long long> mode, long long value) {
@@ -75,7 +110,9 @@ FanGuard::DriveResult FanGuard::drive(std::size_t id, long long rpm) {
     if (!isControllable(id))
         return DriveResult::notControllable;
     Fan& fan = fans_[id];
-    if (!fan.saved && !save(fan))
+    if (!fan.saved)
+        fan.saved = fan.original ? fan.original : readState(fan);
+    if (!fan.saved)
         return DriveResult::saveFailed;
     const long long limited = std::clamp(rpm, 0LL, fan.maxRpm);
     const long long value = fan.kind == FanControlKind::pwm
@@ -90,6 +127,9 @@ FanGuard::RestoreResult FanGuard::restore(std::size_t id) {
     Fan& fan = fans_[id];
     const Saved saved = *fan.saved;
     fan.saved.reset();
+    // Automatic control owns the fan again; what it sets meanwhile is what a later
+    // take-over must bring back, so the start-up original no longer applies.
+    fan.original.reset();
 
     bool ok = writeAttributeInteger(fan.valueFd, saved.value);
     if (ok && saved.mode)

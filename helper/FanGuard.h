@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FanStateFile.h"
 #include "SensorCollector.h"
 
 #include <cstddef>
@@ -7,8 +8,8 @@
 #include <vector>
 
 /// Owns the daemon's fan control files and puts every fan it touched back the way it
-/// found it. Before its first write to a fan it saves the value and mode (pwmN and
-/// pwmN_enable, or the RPM output and its manual switch); restoring writes them back,
+/// found it. At start it takes each fan's value and mode (pwmN and pwmN_enable, or the
+/// RPM output and its manual switch) as the originals; restoring writes them back,
 /// value first so the mode never returns to a stale duty, reads the mode back, and runs
 /// the fan at full speed when that fails.
 class FanGuard {
@@ -28,6 +29,15 @@ public:
     bool isControllable(std::size_t id) const;
     bool isHeld(std::size_t id) const;
 
+    /// Writes back the states a daemon that did not end cleanly saved, for the fans that
+    /// are still here (matched by key, never by position). Returns the fans it could
+    /// not put back; those run at full speed if that can be set.
+    std::vector<std::string> restoreLeftover(const std::vector<SavedFanState>& states);
+
+    /// Reads every controllable fan's present state as its original. A fan whose state
+    /// cannot be read is not controlled at all, since it could not be handed back.
+    std::vector<SavedFanState> takeOriginals();
+
     /// Sets fan `id` to `rpm`, as a duty of rpm / max (6000 when the fan reports none)
     /// or as an RPM value, saving its state first if it was not held yet.
     DriveResult drive(std::size_t id, long long rpm);
@@ -41,14 +51,16 @@ private:
         long long value = 0;
     };
     struct Fan {
+        std::string key;
         FanControlKind kind = FanControlKind::none;
         int modeFd = -1;
         int valueFd = -1;
         long long maxRpm = 0;
-        std::optional<Saved> saved;
+        std::optional<Saved> original;
+        std::optional<Saved> saved; ///< set while the daemon holds the fan
     };
 
-    bool save(Fan& fan);
+    static std::optional<Saved> readState(const Fan& fan);
     bool write(const Fan& fan, std::optional<long long> mode, long long value);
     bool runFullSpeed(const Fan& fan);
 

@@ -1,8 +1,10 @@
 // smc_helper: reads the machine's temperatures and fans from hwmon ("--all"), or, as
 // a long-lived setuid-root child ("--daemon"), sets fan speeds on command.
 
+#include "DaemonRunDir.h"
 #include "FanDaemon.h"
 #include "FanGuard.h"
+#include "FanStateFile.h"
 #include "Hardening.h"
 #include "HelperOptions.h"
 #include "HelperOutput.h"
@@ -11,6 +13,8 @@
 #include "SysfsTree.h"
 
 #include <csignal>
+#include <optional>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -25,18 +29,57 @@ int oneShotMode(const SysfsTree& tree) {
     return writeAll(STDOUT_FILENO, formatReadingsJson(readings)) ? 0 : 1;
 }
 
-// Everything privileged is opened first; the daemon then runs as the calling user.
-int daemonMode(const SysfsTree& tree) {
-    const SensorReadings readings =
-        collectSensors(tree, {.readCriticalTemperatures = true, .recordPaths = true});
-    FanGuard guard(readings.fans);
-    std::vector<WatchedSensor> cpuSensors = openCpuSensors(readings);
+// A refusal goes where the application waits for the ready line, and to the log. The
+// refused daemon, already unprivileged, then waits for its caller to hang up, so the
+// caller can see the reason and the process it came from.
+int refuseDaemon(const std::string& reason) {
+    writeAll(STDOUT_FILENO, "refused: " + reason + "\n");
+    reportError("refused: " + reason);
+    char ignored[256];
+    while (::read(STDIN_FILENO, ignored, sizeof ignored) > 0) {
+    }
+    return 3;
+}
+
+// Everything privileged is opened first; the daemon then runs as the calling user. No
+// fan is written before the lock is held and the originals are safely on disk.
+int daemonMode(const SysfsTree& tree, const std::string& runPath) {
+    std::string refusal;
+    std::optional<DaemonRunDir> runDir = DaemonRunDir::claim(runPath, refusal);
+    std::optional<FanGuard> guard;
+    std::vector<WatchedSensor> watched;
+    if (runDir) {
+        const SensorReadings readings =
+            collectSensors(tree, {.readCriticalTemperatures = true, .recordPaths = true});
+        guard.emplace(readings.fans);
+        // A daemon that was killed left its fans manual; their true originals are on file.
+        const std::vector<SavedFanState> leftover = parseFanStates(runDir->leftoverStates());
+        if (!leftover.empty()) {
+            reportError("restoring the fans a previous daemon left behind");
+            const std::vector<std::string> failed = guard->restoreLeftover(leftover);
+            for (const std::string& key : failed)
+                reportError(key + " could not be restored; running it at full speed");
+            // The file stays while a fan did not come back, so no later daemon takes
+            // its stuck state for an original.
+            if (!failed.empty())
+                refusal = "a fan left manual by a previous daemon could not be restored";
+            else
+                runDir->saveStates("");
+        }
+        watched = openWatchedSensors(readings);
+        if (refusal.empty() && watched.empty())
+            refusal = "no readable temperature to guard manual fan control with";
+        if (refusal.empty() && !runDir->saveStates(formatFanStates(guard->takeOriginals())))
+            refusal = "cannot save the fans' original state";
+    }
     std::string error;
     if (!dropPrivileges(error)) {
         reportError(error);
         return 1;
     }
-    FanDaemon daemon(std::move(guard), std::move(cpuSensors));
+    if (!refusal.empty())
+        return refuseDaemon(refusal);
+    FanDaemon daemon(std::move(*guard), std::move(watched), std::move(*runDir));
     return daemon.run(STDIN_FILENO, STDOUT_FILENO);
 }
 
@@ -68,5 +111,11 @@ int main(int argc, char** argv) {
         reportError("cannot open the sysfs root");
         return 2;
     }
-    return options.mode == HelperMode::oneShot ? oneShotMode(*tree) : daemonMode(*tree);
+    if (options.mode == HelperMode::oneShot)
+        return oneShotMode(*tree);
+    if (!options.sysfsRoot)
+        return daemonMode(*tree, "/run/vorlune");
+    // A test tree keeps its own run folder, so its lock and state never meet the real one.
+    ::mkdir((*options.sysfsRoot + "/run").c_str(), 0755);
+    return daemonMode(*tree, *options.sysfsRoot + "/run/vorlune");
 }

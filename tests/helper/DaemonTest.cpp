@@ -120,7 +120,7 @@ TEST(HelperDaemon, HotCpuHandsEveryFanBackAndRefusesCommandsUntilItCools) {
 
     daemon.sysfs.write(core0, "75000\n");
     daemon.send("set-fan 0 6000\n");
-    EXPECT_TRUE(daemon.process.waitForError("refused: the CPU is too hot for manual fan control"));
+    EXPECT_TRUE(daemon.process.waitForError("refused: fans are handed back until"));
 
     daemon.sysfs.write(core0, "74999\n");
     EXPECT_TRUE(daemon.process.waitForError("CPU cooled down"));
@@ -159,7 +159,8 @@ TEST(HelperDaemon, RunsAFanAtFullSpeedWhenItsStateCannotBeRestored) {
     const std::string chip = "sys/devices/platform/max31790.0/hwmon/hwmon0";
     Daemon daemon([](const FakeSysfs& sysfs) {
         sysfs.addHwmon(0, "platform/max31790.0",
-                       {"name=max31790", "fan1_input=4000", "fan1_max=9000", "fan1_target=15000"});
+                       {"name=max31790", "fan1_input=4000", "fan1_max=9000", "fan1_target=15000",
+                        "temp1_input=40000"});
     });
     daemon.send("set-fan 0 1000\n");
     ASSERT_TRUE(daemon.settlesTo({"fan1_target=1000"}, chip));
@@ -187,11 +188,14 @@ TEST(HelperDaemon, KeepsOnlyItsSysfsFilesAndNoEnvironmentOfItsCaller) {
         files[std::stoi(entry.path().filename())] = fs::read_symlink(entry.path());
     EXPECT_EQ(files[1], "/dev/null");
     files.erase(files.begin(), files.upper_bound(2));
-    // pwm1, pwm1_enable, pwm2, pwm2_enable and the two coretemp inputs.
-    EXPECT_EQ(files.size(), 6u);
-    const std::string devices = fs::canonical(daemon.sysfs.root()).string() + "/sys/devices/";
+    // pwm1, pwm1_enable, pwm2, pwm2_enable, the two coretemp inputs, and the run folder
+    // with its lock and state file.
+    EXPECT_EQ(files.size(), 9u);
+    const std::string root = fs::canonical(daemon.sysfs.root()).string();
     for (const auto& [fd, target] : files)
-        EXPECT_EQ(target.rfind(devices, 0), 0u) << fd << " -> " << target;
+        EXPECT_TRUE(target.starts_with(root + "/sys/devices/") ||
+                    target.starts_with(root + "/run/vorlune"))
+            << fd << " -> " << target;
     EXPECT_EQ(readFile(proc + "/environ").find_first_not_of('\0'), std::string::npos);
     EXPECT_EQ(fs::read_symlink(proc + "/cwd"), "/");
     const std::string status = readFile(proc + "/status");
@@ -242,14 +246,80 @@ TEST_F(SetuidHelper, RefusesSysfsRootAndRunsAsTheCallingUserWithNoWayBack) {
     EXPECT_EQ(result.exitStatus, 0);
     EXPECT_EQ(result.output.rfind("{\"temperatures\":[", 0), 0u) << result.output;
 
+    // Without a sensor on this machine the daemon refuses, but only once unprivileged.
     DaemonProcess daemon("/usr/bin/setpriv", asNobody({helper_, "--daemon"}));
-    ASSERT_TRUE(daemon.waitForOutput("ready\n"));
+    ASSERT_TRUE(daemon.waitForOutput("\n"));
+    EXPECT_TRUE(daemon.output() == "ready\n" ||
+                daemon.output().starts_with("refused: no readable temperature"))
+        << daemon.output();
     const std::string status = readFile("/proc/" + std::to_string(daemon.pid()) + "/status");
     EXPECT_NE(status.find("\nUid:\t65534\t65534\t65534\t65534\n"), std::string::npos) << status;
     EXPECT_NE(status.find("\nGid:\t65534\t65534\t65534\t65534\n"), std::string::npos) << status;
     EXPECT_NE(status.find("\nNoNewPrivs:\t1\n"), std::string::npos) << status;
     daemon.send("quit\n");
-    EXPECT_EQ(daemon.waitForExit(), 0);
+    daemon.closeInput();
+    EXPECT_EQ(daemon.waitForExit(), daemon.output() == "ready\n" ? 0 : 3);
+}
+
+TEST(HelperDaemon, OneDaemonAtATimeAndAKilledOnesFansComeBackFromItsStateFile) {
+    Daemon daemon;
+    daemon.send("set-fan 1 3000\n");
+    ASSERT_TRUE(daemon.settlesTo({"pwm2=128", "pwm2_enable=1"}));
+    DaemonProcess second(daemon.sysfs.root());
+    EXPECT_TRUE(second.waitForOutput("refused: another fan daemon is running\n"));
+    second.closeInput();
+    EXPECT_EQ(second.waitForExit(), 3);
+    EXPECT_TRUE(daemon.settlesTo({"pwm1=77", "pwm2=128", "pwm2_enable=1"}));
+
+    // Nothing restores after SIGKILL; the next daemon does, before taking originals.
+    kill(daemon.process.pid(), SIGKILL);
+    daemon.process.waitForExit();
+    EXPECT_TRUE(daemon.settlesTo({"pwm2=128", "pwm2_enable=1"}));
+    DaemonProcess next(daemon.sysfs.root());
+    EXPECT_TRUE(next.waitForOutput("ready\n"));
+    EXPECT_TRUE(daemon.settlesTo(boardAsFound));
+    next.send("set-fan 1 6000\nquit\n");
+    EXPECT_EQ(next.waitForExit(), 0);
+    EXPECT_TRUE(daemon.settlesTo(boardAsFound));
+    EXPECT_EQ(daemon.sysfs.read("run/vorlune/fans.state"), "");
+}
+
+TEST(HelperDaemon, TheFailsafeAlwaysWatchesASensorAndHandsBackWhenItCannotReadIt) {
+    const auto board = [](const char* temperature) {
+        return [=](const FakeSysfs& sysfs) {
+            FakeSysfs::Attributes chip = {"name=nct6798", "fan2_input=900", "pwm2=153",
+                                          "pwm2_enable=5"};
+            if (temperature != nullptr)
+                chip.emplace("temp1_input", temperature);
+            sysfs.addHwmon(1, "platform/nct6775.656", chip);
+        };
+    };
+    const struct {
+        std::string name;
+        std::function<void(const FakeSysfs&)> machine;
+        std::string file; // written once the fan is manual, relative to the root
+        std::string content;
+        std::string log;
+    } cases[] = {
+        {"no CPU sensor: the board's", board("40000"), std::string(intelBoardChip) + "/temp1_input",
+         "96000", "hottest sensor too hot: every fan handed back"},
+        {"a CPU sensor unreadable three times", buildIntelDesktop,
+         std::string(intelCoretempChip) + "/temp1_input", "garbage",
+         "temperature unreadable: every fan handed back"},
+        {"no temperature at all", board(nullptr), "", "",
+         "refused: no readable temperature to guard manual fan control with"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Daemon daemon(c.machine);
+        daemon.send("set-fan 1 3000\nset-fan 0 3000\n");
+        if (!c.file.empty()) {
+            ASSERT_TRUE(daemon.settlesTo({"pwm2=128", "pwm2_enable=1"}));
+            daemon.sysfs.write(c.file, c.content + "\n");
+        }
+        EXPECT_TRUE(daemon.process.waitForError(c.log));
+        EXPECT_TRUE(daemon.settlesTo({"pwm2=153", "pwm2_enable=5"}));
+    }
 }
 
 } // namespace
