@@ -31,9 +31,9 @@ bool holdsCompleteLine(const std::string& bytes) {
     return !utf8.hasError() && text.contains(QLatin1Char('\n'));
 }
 
-// Waits until the daemon has written one whole line, or the limit has passed. The
-// line's content does not matter: it only says the daemon is ready.
-void awaitReadyLine(int output) {
+// Waits until the daemon has written one whole line, or the limit has passed, and
+// returns it: "ready", or "refused: <reason>" from a daemon that will not run.
+std::string awaitReadyLine(int output) {
     const auto deadline = std::chrono::steady_clock::now() + handshakeLimit;
     std::string received;
     while (std::chrono::steady_clock::now() < deadline) {
@@ -43,12 +43,15 @@ void awaitReadyLine(int output) {
         if (chunk.kind == PipeChunk::Kind::data) {
             received += chunk.bytes;
             if (holdsCompleteLine(received))
-                return;
+                return received.substr(0, received.find('\n'));
         } else if (chunk.kind == PipeChunk::Kind::endOfFile) {
             std::this_thread::sleep_for(handshakeRetryPause);
         }
     }
+    return {};
 }
+
+constexpr std::string_view refusalPrefix = "refused: ";
 
 } // namespace
 
@@ -99,8 +102,22 @@ bool ThermalMonitor::startDaemon() {
     daemon_ = std::make_unique<Daemon>();
     daemon_->input = std::move(process->inputWriter());
     daemon_->process = std::move(process);
-    awaitReadyLine(output.get());
+    const std::string firstLine = awaitReadyLine(output.get());
+    daemonRefusal_ = firstLine.starts_with(refusalPrefix) ? firstLine.substr(refusalPrefix.size())
+                                                          : std::string();
+    if (!daemonRefusal_.empty()) {
+        qWarning("Fan control daemon refused to run: %s", daemonRefusal_.c_str());
+        daemon_->input.reset();
+        daemon_->process->waitForExit();
+        daemon_.reset();
+        return false;
+    }
     return daemon_->process->isRunning();
+}
+
+std::string ThermalMonitor::daemonRefusal() {
+    std::lock_guard lock(daemonLock);
+    return daemonRefusal_;
 }
 
 bool ThermalMonitor::sendCommand(std::string_view command) {
@@ -117,7 +134,9 @@ bool ThermalMonitor::setFanSpeed(long long fanId, double rpm) {
 }
 
 bool ThermalMonitor::setAllFans(const std::map<long long, double>& rpmByFan) {
-    const long long highest = rpmByFan.empty() ? 0 : rpmByFan.rbegin()->first;
+    if (rpmByFan.empty())
+        return true;
+    const long long highest = rpmByFan.rbegin()->first;
     if (highest < 0)
         qFatal("setAllFans: fan ids must not be negative (largest is %lld)", highest);
     std::string line = "set-all";

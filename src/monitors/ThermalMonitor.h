@@ -37,16 +37,20 @@ public:
     ThermalReadings readAll(const std::string& path) const;
 
     /// Starts the installed helper with "--daemon" unless it runs already, and waits
-    /// up to 15 s for its first line. Blocks: never call it on the main thread.
+    /// up to 15 s for its first line. Blocks: never call it on the main thread. False
+    /// when the daemon could not start or refused; daemonRefusal() then says why.
     bool startDaemon();
+    /// The reason the last daemon gave for refusing to run ("another fan daemon is
+    /// running", ...); empty when it did not refuse.
+    std::string daemonRefusal();
     /// Writes `command` and a line feed to the daemon; false when none runs or the
     /// write fails. Lines from several threads arrive whole and in call order.
     bool sendCommand(std::string_view command);
     /// Sends "set-fan <id> <rpm>", the speed formatted with "%.0f".
     bool setFanSpeed(long long fanId, double rpm);
     /// Sends "set-all" with one "%.0f" speed per fan id from 0 to the largest key, 0
-    /// for ids not in the map ("set-all 0" for an empty map). A negative largest key
-    /// ends the process.
+    /// for ids not in the map; an empty map sends nothing, since no fan was asked for.
+    /// A negative largest key ends the process.
     bool setAllFans(const std::map<long long, double>& rpmByFan);
     /// Sends "quit", closes the daemon's input and waits, without limit, for it to exit.
     void stopDaemon();
@@ -66,5 +70,6 @@ private:
 
     struct Daemon;
     std::unique_ptr<Daemon> daemon_; // guarded by daemonLock
+    std::string daemonRefusal_;      // guarded by daemonLock
     std::mutex daemonLock;
 };

@@ -28,6 +28,8 @@
 
 namespace {
 
+const QString installFailedText = QStringLiteral("Installation failed or was cancelled.");
+
 // Lets the daemon settle after its ready line before the first speeds arrive.
 constexpr std::chrono::milliseconds pauseAfterDaemonStart{500};
 
@@ -84,8 +86,7 @@ QWidget* FanDetailContent::makeSetupCard() {
     buttonLine->addStretch();
     connect(enableButton, &QPushButton::clicked, this, &FanDetailContent::enableFanControl);
 
-    failureLine = PopoverStyle::label(QStringLiteral("Installation failed or was cancelled."), 9,
-                                      QFont::Normal, card);
+    failureLine = PopoverStyle::label(installFailedText, 9, QFont::Normal, card);
     failureLine->setObjectName(QStringLiteral("installFailed"));
     PopoverStyle::setTextColor(failureLine, MenuBarColors::hot);
 
@@ -234,8 +235,10 @@ void FanDetailContent::enableFanControl() {
         monitor, this, [thermal] { return thermal->installHelper(); },
         [this](bool installed) {
             isInstalling_ = false;
-            if (!installed)
+            if (!installed) {
+                failureLine->setText(installFailedText);
                 installFailed_ = true;
+            }
             refresh();
         });
 }
@@ -277,6 +280,10 @@ void FanDetailContent::switchManualOn() {
         [this](bool started) {
             isInstalling_ = false;
             if (!started) {
+                const std::string refusal = monitor.thermalMonitor().daemonRefusal();
+                failureLine->setText(refusal.empty() ? installFailedText
+                                                     : QStringLiteral("Manual control refused: %1.")
+                                                           .arg(QString::fromStdString(refusal)));
                 installFailed_ = true;
                 isManualMode_ = false;
             }
