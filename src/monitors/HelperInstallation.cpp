@@ -1,33 +1,24 @@
 #include "HelperInstallation.h"
 #include "ThermalMonitor.h"
 
-#include "linux/AtomicFile.h"
+#include "linux/HelperLocation.h"
 #include "linux/QuietRun.h"
 
-#include <filesystem>
-
-std::string installScriptText(std::string_view helperPath, std::string_view installedPath) {
-    const std::string installed(installedPath);
-    const std::string directory = std::filesystem::path(installed).parent_path().string();
-    const std::string quoted = "\"" + installed + "\"";
-    return "#!/bin/sh\nmkdir -p " + directory + " && cp \"" + std::string(helperPath) + "\" " +
-           quoted + " && chown root:root " + quoted + " && chmod 4755 " + quoted + "\n";
+std::vector<std::string> installArguments(const std::string& helperPath,
+                                          const std::string& installedPath) {
+    // -D makes the folder, -T never copies into a folder of that name; ownership is set
+    // before the mode, so the set-user-ID bit survives.
+    return {installProgram, "-D", "-T",   "-o", "root",     "-g",
+            "root",         "-m", "4755", "--", helperPath, installedPath};
 }
 
 bool ThermalMonitor::installHelper() {
-    if (!helperPath_)
+    // A copy anyone else could have replaced must never become set-user-ID root.
+    if (!helperPath_ || !isTrustedHelperSource(*helperPath_))
         return false;
-    const std::string script = installScriptText(*helperPath_, installedHelperPath_);
-    if (!writeFileAtomically(installScriptPath, script))
-        return false;
-    std::error_code ignored;
-    std::filesystem::permissions(installScriptPath, std::filesystem::perms(0755), ignored);
-
     // pkexec answers 126 for a dismissed prompt and 127 for a refusal: both are failures.
-    const RunOutcome outcome = runQuietly(elevationProgram_, {"/bin/sh", installScriptPath});
-    if (outcome == RunOutcome::notStarted)
-        return false;
-    std::filesystem::remove(installScriptPath, ignored);
-    // Only a root-owned set-user-ID copy counts, whatever the script reported.
+    const RunOutcome outcome =
+        runQuietly(elevationProgram_, installArguments(*helperPath_, installedHelperPath_));
+    // Only a root-owned set-user-ID copy counts, whatever install reported.
     return outcome == RunOutcome::succeeded && isHelperInstalled();
 }

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <string>
-#include <string_view>
+#include <vector>
 
-/// Where installHelper writes the script it runs with administrator rights.
-inline constexpr const char* installScriptPath = "/tmp/vorlune_install.sh";
+/// What copies the helper with administrator rights: coreutils' install, by its fixed
+/// path, so nothing a user can write is ever run as root and no shell reads a path.
+inline constexpr const char* installProgram = "/usr/bin/install";
 
-/// The shell script that copies `helperPath` to `installedPath` and makes the copy
-/// root-owned with the set-user-ID bit. Both paths are inserted as they are.
-std::string installScriptText(std::string_view helperPath, std::string_view installedPath);
+/// The elevation program's arguments: install, its options, and the two paths as
+/// separate arguments after "--", whatever characters they hold.
+std::vector<std::string> installArguments(const std::string& helperPath,
+                                          const std::string& installedPath);

@@ -28,9 +28,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fcntl.h>
 #include <signal.h>
-#include <sys/file.h>
 
 namespace {
 
@@ -91,7 +89,8 @@ struct FanRig {
     ThermalMonitor& thermal() { return monitor.thermalMonitor(); }
 
     TempDir dir;
-    const std::string installed = dir.str() + "/bin/vorlune_smc_helper";
+    // A quote, blanks and a command substitution: no shell may ever see this path.
+    const std::string installed = dir.str() + "/bin's dir/$(touch pwned) vorlune_smc_helper";
     const std::string elevation = dir.str() + "/elevate";
     SettingsHome home;
     std::unique_ptr<AppSettings> settings = home.open();
@@ -111,20 +110,9 @@ inline bool settleUntil(const std::function<bool()>& condition = [] { return tru
         std::chrono::seconds(20));
 }
 
-/// Keeps test processes from using the fixed install script path at the same time.
-struct InstallScriptLock {
-    const int fd =
-        ::open("/tmp/vorlune-install-script-test.lock", O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    InstallScriptLock() { ::flock(fd, LOCK_EX); }
-    ~InstallScriptLock() { ::close(fd); }
-};
-
 TEST(InstallHelper, TrustsOnlyARootOwnedSetuidCopyMadeByAnAcceptedPrompt) {
     if (::geteuid() != 0)
-        GTEST_SKIP() << "the install script's chown needs root";
-    InstallScriptLock lock;
-    const fs::path script = installScriptPath;
-    ASSERT_FALSE(fs::exists(fs::symlink_status(script))) << "a stale " << script;
+        GTEST_SKIP() << "install's chown needs root";
     const struct {
         const char* name;
         std::string tail; // what the stand-in does after logging; empty: no program at all
@@ -133,29 +121,34 @@ TEST(InstallHelper, TrustsOnlyARootOwnedSetuidCopyMadeByAnAcceptedPrompt) {
         {"accepted", "exec \"$@\"\n", true, true},
         {"dismissed prompt", "exit 126\n", false, false},
         {"not authorised", "exit 127\n", false, false},
-        {"copy left without set-user-ID", "\"$@\"\nchmod u-s \"$INSTALLED\"\n", false, true},
+        {"copy left without set-user-ID", "\"$@\"\nfor last; do :; done\nchmod u-s \"$last\"\n",
+         false, true},
         {"pkexec missing", "", false, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         FanRig rig;
         if (!c.tail.empty())
-            rig.dir.writeScript("elevate", "echo \"$*\" > \"$0.args\"\ncp \"$2\" \"$0.script\"\n"
-                                           "INSTALLED=\"" +
-                                               rig.installed + "\"\n" + c.tail);
+            rig.dir.writeScript("elevate", "printf '%s|' \"$@\" > \"$0.args\"\n" + c.tail);
         ASSERT_TRUE(rig.thermal().helperPath()) << "smc_helper is not built";
         EXPECT_EQ(rig.thermal().installHelper(), c.installed);
         EXPECT_EQ(rig.thermal().isHelperInstalled(), c.installed);
         EXPECT_EQ(readFile(rig.installed) == readFile(*rig.thermal().helperPath()), c.copied);
-        if (c.tail.empty()) {
-            fs::remove(script); // nothing ran it
-            continue;
-        }
-        EXPECT_FALSE(fs::exists(script)) << "the script is removed after the prompt";
-        EXPECT_EQ(rig.dir.read("elevate.args"), "/bin/sh " + script.string() + "\n");
-        EXPECT_EQ(rig.dir.read("elevate.script"),
-                  installScriptText(*rig.thermal().helperPath(), rig.installed));
+        if (!c.tail.empty()) // every path one argument, whatever it holds
+            EXPECT_EQ(rig.dir.read("elevate.args"),
+                      "/usr/bin/install|-D|-T|-o|root|-g|root|-m|4755|--|" +
+                          *rig.thermal().helperPath() + "|" + rig.installed + "|");
     }
+    // A helper someone else could have replaced is never offered to the prompt.
+    TempDir dir;
+    const fs::path copy = dir.write("smc_helper", "#!/bin/sh\n", 0775);
+    EXPECT_FALSE(isTrustedHelperSource(copy)) << "group-writable";
+    fs::permissions(copy, fs::perms(0755));
+    EXPECT_TRUE(isTrustedHelperSource(copy));
+    ASSERT_EQ(::chown(copy.c_str(), 65534, 65534), 0);
+    EXPECT_FALSE(isTrustedHelperSource(copy)) << "owned by nobody";
+    dir.link("smc_helper", "link");
+    EXPECT_FALSE(isTrustedHelperSource(dir.path() / "link")) << "a symlink";
 }
 
 // Texts that do not fit their widget, and widgets that stick out of the popover.

@@ -123,8 +123,15 @@ TEST_F(Daemon, CommandsAreFormattedAndEndWithQuit) {
         ASSERT_TRUE(goingAway.startDaemon());
     } // Vorlune quitting must hand the fans back too.
     EXPECT_EQ(dir.read("commands"),
-              "set-all 0\nset-all 1800 0 2401\nset-fan 1 3000\nset-fan 0 2500\nquit\nquit\n");
+              "set-all 1800 0 2401\nset-fan 1 3000\nset-fan 0 2500\nquit\nquit\n");
     EXPECT_DEATH(monitor.setAllFans({{-2, 1000}, {-1, 1000}}), "must not be negative");
+}
+
+TEST_F(Daemon, ARefusingDaemonIsNotUsedAndItsReasonIsKept) {
+    install("echo 'refused: another fan daemon is running'\nexec cat >/dev/null\n");
+    EXPECT_FALSE(monitor.startDaemon());
+    EXPECT_EQ(monitor.daemonRefusal(), "another fan daemon is running");
+    EXPECT_FALSE(monitor.sendCommand("fan-auto 0"));
 }
 
 TEST_F(Daemon, DeadOrDeafDaemonIsReportedAndCommandsFailWithoutHarm) {

@@ -18,6 +18,13 @@ bool isRootOwnedSetuid(const std::string& path) {
            (status.st_mode & S_ISUID) != 0;
 }
 
+bool isTrustedHelperSource(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+           (status.st_uid == 0 || status.st_uid == ::getuid()) &&
+           (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
 std::optional<std::string> executableDirectory() {
     std::error_code error;
     const std::filesystem::path executable = std::filesystem::read_symlink("/proc/self/exe", error);

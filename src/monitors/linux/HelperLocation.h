@@ -10,6 +10,10 @@ bool isExecutableFile(const std::string& path);
 /// set-user-ID bit.
 bool isRootOwnedSetuid(const std::string& path);
 
+/// Whether `path` itself is a regular file owned by root or by this user that nobody
+/// else can write: the only kind of helper that may be copied set-user-ID root.
+bool isTrustedHelperSource(const std::string& path);
+
 /// The directory that holds the running executable, from /proc/self/exe.
 std::optional<std::string> executableDirectory();
 
