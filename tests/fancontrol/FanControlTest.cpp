@@ -134,10 +134,11 @@ TEST(InstallHelper, TrustsOnlyARootOwnedSetuidCopyMadeByAnAcceptedPrompt) {
         EXPECT_EQ(rig.thermal().installHelper(), c.installed);
         EXPECT_EQ(rig.thermal().isHelperInstalled(), c.installed);
         EXPECT_EQ(readFile(rig.installed) == readFile(*rig.thermal().helperPath()), c.copied);
-        if (!c.tail.empty()) // every path one argument, whatever it holds
+        if (!c.tail.empty()) { // every path one argument, whatever it holds
             EXPECT_EQ(rig.dir.read("elevate.args"),
                       "/usr/bin/install|-D|-T|-o|root|-g|root|-m|4755|--|" +
                           *rig.thermal().helperPath() + "|" + rig.installed + "|");
+        }
     }
     // A helper someone else could have replaced is never offered to the prompt.
     TempDir dir;
@@ -206,7 +207,6 @@ TEST_F(Section, EachStateIsLaidOutWithoutClippingInTheThemeColours) {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     settings->setAppearanceMode(AppearanceMode::light);
     settings->applyAppearance(*qApp);
-    InstallScriptLock lock;
     dir.writeScript(elevation, "exit 126\n"); // a dismissed prompt
     const auto clickAndWait = [](const char* name) {
         return [name](FanDetailContent& section) {

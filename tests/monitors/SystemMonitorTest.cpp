@@ -67,8 +67,9 @@ TEST(SystemMonitor, ATickPublishesEverySourceAndAFailedReadPublishesZeros) {
     EXPECT_DOUBLE_EQ(monitor.networkOutHistory().back(), 1000.0);
     // With the build tree's helper present the temperature is this machine's (the thermal
     // suite covers that); without one it is the thermal state's estimate.
-    if (!monitor.thermalMonitor().helperPath())
+    if (!monitor.thermalMonitor().helperPath()) {
         EXPECT_EQ(monitor.temperatureHistory().back(), 80.0);
+    }
 
     ASSERT_NO_FATAL_FAILURE(tick(monitor));
     EXPECT_EQ(monitor.cpuHistory().back(), 0.0);
