@@ -212,11 +212,15 @@ std::vector<HwmonFan> readFans(const ChipFiles& files, const HwmonScanOptions& o
     return fans;
 }
 
-bool isRuntimeActive(const SysfsTree& tree, const std::optional<SysfsDir>& deviceDir) {
+// Only a device that is powered down (or going down) would be woken by a read; "active",
+// "unsupported" (no runtime power management) and a device without a power folder are
+// read as they are.
+bool isRuntimeSuspended(const SysfsTree& tree, const std::optional<SysfsDir>& deviceDir) {
     if (!deviceDir)
         return false;
     const auto powerDir = tree.openDeviceDir(*deviceDir, "power");
-    return powerDir && powerDir->readText("runtime_status") == "active";
+    const auto status = powerDir ? powerDir->readText("runtime_status") : std::nullopt;
+    return status == "suspended" || status == "suspending";
 }
 
 std::string_view lastComponent(std::string_view path) {
@@ -243,7 +247,7 @@ std::vector<HwmonChip> scanHwmon(const SysfsTree& tree, const HwmonScanOptions& 
         const auto name = files.name ? files.name->readText("name") : std::nullopt;
         if (!name || name->empty())
             continue;
-        if (classifyChip(*name) == ChipKind::gpu && !isRuntimeActive(tree, deviceDir))
+        if (classifyChip(*name) == ChipKind::gpu && isRuntimeSuspended(tree, deviceDir))
             continue;
 
         HwmonChip chip;

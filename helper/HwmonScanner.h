@@ -47,6 +47,6 @@ struct HwmonScanOptions {
     bool recordPaths = false; ///< fill inputPath and the fan control paths
 };
 
-/// Every chip under /sys/class/hwmon, except GPUs that are not runtime-active: reading
+/// Every chip under /sys/class/hwmon, except GPUs that are runtime-suspended: reading
 /// one would wake a powered-down laptop GPU on every sample.
 std::vector<HwmonChip> scanHwmon(const SysfsTree& tree, const HwmonScanOptions& options);

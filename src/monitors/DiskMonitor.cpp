@@ -8,5 +8,6 @@ DiskUsage DiskMonitor::getDiskUsage() {
     const auto capacity = source->readCapacity();
     if (!capacity)
         return {};
-    return {gibFromBytes(capacity->size - capacity->free), gibFromBytes(capacity->size)};
+    return {gibFromBytes(capacity->size - capacity->free), gibFromBytes(capacity->size),
+            gibFromBytes(capacity->available)};
 }

@@ -6,9 +6,11 @@
 #include <optional>
 
 /// Capacity and free space of a volume in bytes.
+/// A file system's figures in bytes, as statvfs gives them.
 struct VolumeCapacity {
     double size = 0.0;
-    double free = 0.0;
+    double free = 0.0;      ///< every free block, the root reserve included
+    double available = 0.0; ///< what an unprivileged user can still write
 };
 
 class VolumeSource {

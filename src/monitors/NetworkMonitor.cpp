@@ -2,9 +2,7 @@
 
 #include "Fatal.h"
 
-#include <array>
 #include <ctime>
-#include <string_view>
 
 double monotonicSeconds() {
     timespec now{};
@@ -15,17 +13,6 @@ double monotonicSeconds() {
 NetworkMonitor::NetworkMonitor(std::unique_ptr<InterfaceCounterSource> source, MonotonicClock clock)
     : source(std::move(source)), clock(std::move(clock)), previousTimestamp(this->clock()) {}
 
-bool NetworkMonitor::isCountedInterface(const std::string& name) {
-    // Wired, Wi-Fi and mobile links; loopback, bridges, containers and tunnels
-    // would count the same bytes twice or traffic that never leaves the machine.
-    static constexpr std::array<std::string_view, 6> prefixes{"en",  "utun", "pdp_ip",
-                                                              "eth", "wl",   "ww"};
-    for (std::string_view prefix : prefixes)
-        if (std::string_view(name).starts_with(prefix))
-            return true;
-    return false;
-}
-
 std::pair<std::uint64_t, std::uint64_t> NetworkMonitor::counterSum() {
     const auto interfaces = source->readInterfaces();
     if (!interfaces)
@@ -35,7 +22,7 @@ std::pair<std::uint64_t, std::uint64_t> NetworkMonitor::counterSum() {
     for (const InterfaceCounters& interface : *interfaces) {
         if (interface.name.empty())
             fatalSamplingError("network interface without a name");
-        if (!isCountedInterface(interface.name))
+        if (!interface.counted)
             continue;
         if (__builtin_add_overflow(received, interface.received, &received) ||
             __builtin_add_overflow(sent, interface.sent, &sent))

@@ -15,6 +15,7 @@ struct InterfaceCounters {
     std::string name;
     std::uint64_t received = 0;
     std::uint64_t sent = 0;
+    bool counted = true; ///< the source's judgement: false for links whose bytes must not count
 };
 
 class InterfaceCounterSource {
@@ -35,8 +36,6 @@ public:
                             MonotonicClock clock = monotonicSeconds);
     NetworkThroughput getThroughput();
 
-    /// Whether an interface is a physical link whose traffic counts.
-    static bool isCountedInterface(const std::string& name);
     /// The summed (received, sent) counters of the counted interfaces; (0, 0) when the read fails.
     std::pair<std::uint64_t, std::uint64_t> counterSum();
 

@@ -106,6 +106,7 @@ void SystemMonitor::publish(const SystemSample& sample) {
 
     assign(diskUsed_, sample.disk.used);
     assign(diskTotal_, sample.disk.total);
+    assign(diskAvailable_, sample.disk.available);
 
     assign(networkBytesIn_, sample.network.bytesIn);
     assign(networkBytesOut_, sample.network.bytesOut);

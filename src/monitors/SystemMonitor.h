@@ -37,6 +37,7 @@ public:
     const std::vector<double>& memoryHistory() const { return memoryHistory_; }
     double diskUsed() const { return diskUsed_; }
     double diskTotal() const { return diskTotal_; }
+    double diskAvailable() const { return diskAvailable_; }
     double networkBytesIn() const { return networkBytesIn_; }
     double networkBytesOut() const { return networkBytesOut_; }
     const std::vector<double>& networkInHistory() const { return networkInHistory_; }
@@ -85,6 +86,7 @@ private:
     std::vector<double> memoryHistory_ = std::vector<double>(historyLength, 0.0);
     double diskUsed_ = 0.0;
     double diskTotal_ = 0.0;
+    double diskAvailable_ = 0.0;
     double networkBytesIn_ = 0.0;
     double networkBytesOut_ = 0.0;
     std::vector<double> networkInHistory_ = std::vector<double>(historyLength, 0.0);

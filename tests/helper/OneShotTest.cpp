@@ -64,13 +64,29 @@ TEST(HelperOneShot, AnswersEachMachineWithItsJson) {
     }
 }
 
-TEST(HelperOneShot, WakesNoSuspendedGpu) {
-    FakeSysfs sysfs;
-    buildAmdDesktop(sysfs);
-    FileWatch opened(sysfs.root() + "/" + amdSuspendedGpuChip, IN_OPEN);
-    EXPECT_EQ(runHelper({"--all", "--sysfs-root", sysfs.root()}).exitStatus, 0);
-    // The hwmon core serves "name" without waking the device; any other file would not.
-    EXPECT_EQ(opened.names(), std::vector<std::string>{"name"});
+TEST(HelperOneShot, ReadsAGpuUnlessReadingWouldWakeIt) {
+    const std::pair<const char*, bool> states[] = {{"suspended", false},
+                                                   {"suspending", false},
+                                                   {"active", true},
+                                                   {"unsupported", true},
+                                                   {nullptr, true}}; // no power folder
+    for (const auto& [status, read] : states) {
+        SCOPED_TRACE(status ? status : "no power folder");
+        FakeSysfs sysfs;
+        const std::string device = "pci0000:00/0000:00:08.1/0000:0e:00.0";
+        const std::string chip =
+            sysfs.addHwmon(0, device, {"name=amdgpu", "temp1_input=40000", "temp1_label=edge"});
+        if (status)
+            sysfs.write("sys/devices/" + device + "/power/runtime_status",
+                        status + std::string("\n"));
+        FileWatch opened(sysfs.root() + "/" + chip, IN_OPEN);
+        const HelperResult result = runHelper({"--all", "--sysfs-root", sysfs.root()});
+        EXPECT_EQ(result.output.find("GPU Edge") != std::string::npos, read) << result.output;
+        // The hwmon core serves "name" without waking the device; any other file would not.
+        if (!read) {
+            EXPECT_EQ(opened.names(), std::vector<std::string>{"name"});
+        }
+    }
 }
 
 TEST(HelperOneShot, ReadsNothingOutsideSysDevicesAndKeepsTheAnswerValidJson) {

@@ -2,10 +2,12 @@
 #include "monitors/linux/ProcNetDevSource.h"
 #include "monitors/linux/ProcStatCpuSource.h"
 #include "monitors/linux/ProcStatParser.h"
+#include "monitors/linux/StatvfsVolumeSource.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <map>
 
 namespace {
@@ -37,11 +39,41 @@ TEST(ProcStatParser, FoldsEveryKernelShapeIntoFourCounters) {
         EXPECT_EQ(cpus.back().cpu, c.lastCpuNumber);
         EXPECT_EQ(cpus.front().ticks, c.firstCpu);
     }
-    // Too few or too many counters, a sign, a letter, no number: skipped.
-    EXPECT_EQ(parseProcStat("cpu0 1 2 3\ncpu1 1 2 3 4 5 6 7 8 9 10 11\ncpu2 1 -2 3 4\n"
-                            "cpu3 1 2 x 4\ncpuX 1 2 3 4\ncpu4 1 2 3 4")
-                  .size(),
-              1u);
+    // Counters a newer kernel adds after the tenth are ignored; fewer than four, a sign, a
+    // letter or no CPU number skip the line. {user, system, idle, nice}
+    const std::pair<const char*, std::optional<CpuTicks>> lines[] = {
+        {"cpu0 1 2 3 4", CpuTicks{1, 3, 4, 2}},
+        {"cpu0 1 2 3 4 5 6 7", CpuTicks{1, 16, 9, 2}},
+        {"cpu0 1 2 3 4 5 6 7 8", CpuTicks{1, 24, 9, 2}},
+        {"cpu0 1 2 3 4 5 6 7 8 9 10", CpuTicks{1, 24, 9, 2}},
+        {"cpu0 1 2 3 4 5 6 7 8 9 10 11", CpuTicks{1, 24, 9, 2}},
+        {"cpu0 1 2 3 4 5 6 7 8 9 10 11 12\n", CpuTicks{1, 24, 9, 2}},
+        {"cpu0 1 2 3", std::nullopt},
+        {"cpu0 1 -2 3 4", std::nullopt},
+        {"cpu0 1 2 x 4", std::nullopt},
+        {"cpuX 1 2 3 4", std::nullopt},
+    };
+    for (const auto& [line, ticks] : lines) {
+        const auto cpus = parseProcStat(line);
+        EXPECT_EQ(cpus.empty() ? std::nullopt : std::optional(cpus[0].ticks), ticks) << line;
+    }
+}
+
+// Read beside df on this machine: a wrong field (the reserve counted as used) or a wrong
+// unit shows, which fixtures written by the same hand would not.
+TEST(StatvfsVolumeSource, UsedAndAvailableAgreeWithDf) {
+    const auto capacity = StatvfsVolumeSource("/", "").readCapacity();
+    ASSERT_TRUE(capacity);
+    FILE* df = ::popen("df -B1 --output=size,used,avail / | tail -n 1", "r");
+    ASSERT_NE(df, nullptr);
+    double size = 0, used = 0, available = 0;
+    const int read = std::fscanf(df, "%lf %lf %lf", &size, &used, &available);
+    ::pclose(df);
+    ASSERT_EQ(read, 3) << "df printed no figures";
+    const double tolerance = 64.0 * (1 << 20); // other writers between the two reads
+    EXPECT_EQ(capacity->size, size);
+    EXPECT_NEAR(capacity->size - capacity->free, used, tolerance);
+    EXPECT_NEAR(capacity->available, available, tolerance);
 }
 
 TEST(ProcStatCpuSource, NeverReportsFallingCountersAndKeepsOfflineCpus) {
@@ -71,6 +103,59 @@ TEST(LinuxSources, MissingOrUnusableFilesAreFailedReads) {
         EXPECT_FALSE(LinuxMemorySource(root->str()).readMemory());
     }
     EXPECT_FALSE(ProcNetDevSource(directories.str()).readInterfaces());
+}
+
+// What an interface is decides, not its name: hardware links and bond or team masters
+// count, a bond's ports do not (their master carries the same bytes), virtual ones never.
+TEST(ProcNetDevSource, CountsHardwareLinksAndAggregatesWhateverTheirNames) {
+    struct Link {
+        const char* name;
+        bool device;
+        const char* devtype; // DEVTYPE in uevent, "" for none
+        const char* master;  // "" for none
+        bool counted;
+    };
+    const Link links[] = {
+        {"lo", false, "", "", false},
+        {"enp3s0", true, "", "", true},
+        {"wlp2s0", true, "wlan", "", true},
+        {"wwan0", true, "wwan", "", true},
+        {"usb0", true, "", "", true},
+        {"rndis0", true, "", "", true},
+        {"ib0", true, "", "", true},
+        {"lan0", true, "", "", true},
+        {"docker0", false, "bridge", "", false},
+        {"veth1a2b3c", false, "", "docker0", false},
+        {"virbr0", false, "bridge", "", false},
+        {"eno2", true, "", "virbr0", true},
+        {"tun0", false, "", "", false},
+        {"wg0", false, "wireguard", "", false},
+        {"bond0", false, "bond", "", true},
+        {"eno1", true, "", "bond0", false},
+        {"team0", false, "team", "", true},
+        {"enp5s0.100", false, "vlan", "", false},
+    };
+    TempDir root;
+    std::string netDev = "Inter-|\n face |\n";
+    for (const Link& link : links) {
+        const std::string dir = std::string("sys/class/net/") + link.name;
+        root.write(dir + "/uevent",
+                   std::string("DEVTYPE=") + link.devtype + "\nINTERFACE=" + link.name + "\n");
+        if (link.device)
+            root.makeDirectory(dir + "/device");
+        if (*link.master)
+            root.link(std::string("../") + link.master, dir + "/master");
+        netDev += std::string(link.name) + ": 1 0 0 0 0 0 0 0 1 0 0 0 0 0 0 0\n";
+    }
+    root.write("proc/net/dev", netDev);
+    ProcNetDevSource source(root.str());
+    for (int read = 0; read < 2; ++read) { // the second from what the first learnt
+        const auto interfaces = source.readInterfaces();
+        ASSERT_TRUE(interfaces);
+        ASSERT_EQ(interfaces->size(), std::size(links));
+        for (std::size_t i = 0; i < std::size(links); ++i)
+            EXPECT_EQ((*interfaces)[i].counted, links[i].counted) << links[i].name;
+    }
 }
 
 TEST(LinuxMemorySource, CombinesMeminfoZramAndOnlineMemoryBlocks) {

@@ -31,7 +31,7 @@ struct GatedCpu : CpuTickSource {
 SamplingMonitors fakeMonitors(std::unique_ptr<CpuTickSource> cpu = nullptr) {
     const std::vector<CpuTicks> boot(2), later{{30, 10, 60, 0}, {10, 0, 90, 0}};
     const MemoryCounters memory{8ull << 30, 2ull << 30, 0, 0, 0};
-    const VolumeCapacity disk{double(100ull << 30), double(25ull << 30)};
+    const VolumeCapacity disk{double(100ull << 30), double(25ull << 30), double(20ull << 30)};
     const Interfaces eth0{{"eth0", 0, 0}}, eth0Later{{"eth0", 4000, 2000}};
     SamplingMonitors m;
     m.cpuMonitor = std::make_unique<CPUMonitor>(
@@ -63,6 +63,7 @@ TEST(SystemMonitor, ATickPublishesEverySourceAndAFailedReadPublishesZeros) {
     EXPECT_EQ(monitor.coreUsages(), (std::vector<double>{0.4, 0.1}));
     EXPECT_DOUBLE_EQ(monitor.memoryHistory().back(), 0.25);
     EXPECT_DOUBLE_EQ(monitor.diskUsed(), 75.0);
+    EXPECT_DOUBLE_EQ(monitor.diskAvailable(), 20.0);
     EXPECT_DOUBLE_EQ(monitor.networkBytesIn(), 2000.0);
     EXPECT_DOUBLE_EQ(monitor.networkOutHistory().back(), 1000.0);
     // With the build tree's helper present the temperature is this machine's (the thermal

@@ -11,8 +11,6 @@ constexpr const char* intelBoardChip = "sys/devices/platform/nct6775.656/hwmon/h
 constexpr const char* intelCoretempChip = "sys/devices/platform/coretemp.0/hwmon/hwmon2";
 /// k10temp + nct6799 + a runtime-active amdgpu as hwmon0 and a suspended iGPU.
 void buildAmdDesktop(const FakeSysfs& sysfs);
-constexpr const char* amdSuspendedGpuChip =
-    "sys/devices/pci0000:00/0000:00:08.1/0000:0e:00.0/hwmon/hwmon2";
 /// applesmc with its attributes on the platform device, two fans with output/manual.
 void buildMacBook(const FakeSysfs& sysfs);
 constexpr const char* macSmcDevice = "sys/devices/platform/applesmc.768";

@@ -16,9 +16,11 @@ std::vector<NumberedCpuTicks> parseProcStat(std::string_view text) {
             return;
         std::array<std::uint64_t, 10> fields{};
         std::size_t count = 0;
-        for (std::string_view field = nextField(rest); !field.empty(); field = nextField(rest)) {
+        // A kernel may add counters after the ten known ones; they are ignored.
+        for (std::string_view field = nextField(rest); !field.empty() && count < fields.size();
+             field = nextField(rest)) {
             const auto value = parseUnsigned(field);
-            if (!value || count == fields.size())
+            if (!value)
                 return;
             fields[count++] = *value;
         }

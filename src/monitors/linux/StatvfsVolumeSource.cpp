@@ -41,5 +41,6 @@ std::optional<VolumeCapacity> StatvfsVolumeSource::readCapacity() {
     }
     const double blockSize = static_cast<double>(info->f_frsize);
     return VolumeCapacity{static_cast<double>(info->f_blocks) * blockSize,
+                          static_cast<double>(info->f_bfree) * blockSize,
                           static_cast<double>(info->f_bavail) * blockSize};
 }

@@ -27,9 +27,7 @@ void DiskDetailBody::refresh(const SystemMonitor& monitor, const AppSettings&,
                              const QColor& accent) {
     summary->setFigures(
         QString::asprintf("%.0f / %.0f GB", monitor.diskUsed(), monitor.diskTotal()),
-        monitor.diskFraction(),
-        QString::asprintf("%.0f GB free", std::max(0.0, monitor.diskTotal() - monitor.diskUsed())),
-        accent);
+        monitor.diskFraction(), QString::asprintf("%.0f GB free", monitor.diskAvailable()), accent);
     storageMap->setColor(accent);
     storageMap->setValue(monitor.diskFraction());
 }
