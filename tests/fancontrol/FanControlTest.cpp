@@ -8,6 +8,7 @@
 #include "support/FakeSysfs.h"
 #include "support/SettingsHome.h"
 #include "support/TempDir.h"
+#include "support/WindowCheck.h"
 #include "views/menubar/MenuBarColor.h"
 #include "views/popovers/CommandThrottle.h"
 #include "views/popovers/FanControlQueue.h"
@@ -152,24 +153,6 @@ TEST(InstallHelper, TrustsOnlyARootOwnedSetuidCopyMadeByAnAcceptedPrompt) {
     EXPECT_FALSE(isTrustedHelperSource(dir.path() / "link")) << "a symlink";
 }
 
-// Texts that do not fit their widget, and widgets that stick out of the popover.
-QStringList clipped(const QWidget& view) {
-    QStringList found;
-    for (const QWidget* widget : view.findChildren<QWidget*>()) {
-        const auto* label = qobject_cast<const QLabel*>(widget);
-        const auto* button = qobject_cast<const QAbstractButton*>(widget);
-        const QRect room = widget->contentsRect();
-        if (widget->isVisibleTo(&view) &&
-            (!view.rect().contains(QRect(widget->mapTo(&view, QPoint()), widget->size())) ||
-             (button && button->sizeHint().width() > button->width()) ||
-             (label && (label->wordWrap() ? label->heightForWidth(room.width()) > room.height()
-                                          : label->fontMetrics().horizontalAdvance(label->text()) >
-                                                room.width()))))
-            found << (label ? label->text() : button ? button->text() : widget->objectName());
-    }
-    return found;
-}
-
 // More than a few pixels of about this colour.
 bool shows(const QImage& image, const QColor& colour) {
     int count = 0;
@@ -228,8 +211,6 @@ TEST_F(Section, EachStateIsLaidOutWithoutClippingInTheThemeColours) {
          false, false},
         {"fan-manual", clickAndWait("manualSwitch"), false, true},
     };
-    const QString folder = QStringLiteral(VORLUNE_BINARY_DIR "/screenshots/fancontrol/");
-    QDir().mkpath(folder);
     for (const auto& state : states) {
         SCOPED_TRACE(state.name);
         SensorDetailPopoverView view(SensorType::fan, monitor, *settings, [] {});
@@ -239,10 +220,9 @@ TEST_F(Section, EachStateIsLaidOutWithoutClippingInTheThemeColours) {
         settleUntil();
         view.adjustSize();
         settleUntil();
-        const QImage image = view.grab().toImage();
-        image.save(folder + state.name + QStringLiteral(".png"));
+        const QImage image =
+            checkScreenshot(view, QStringLiteral("fancontrol/") + state.name, false);
         EXPECT_EQ(image.width(), SensorDetailPopoverView::popoverWidth * image.devicePixelRatio());
-        EXPECT_EQ(clipped(view), QStringList());
         EXPECT_EQ(shows(image, MenuBarColors::hot), state.red);
         EXPECT_EQ(shows(image, MenuBarColors::warm), state.orange);
     }
