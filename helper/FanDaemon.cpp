@@ -161,6 +161,9 @@ bool FanDaemon::handleLine(std::string_view line) {
 }
 
 void FanDaemon::setFan(std::size_t id, long long rpm) {
+    if (rpm < guard_.minimumRpm(id) && guard_.isControllable(id))
+        reportError("fan " + std::to_string(id) + " held at its minimum of " +
+                    std::to_string(guard_.minimumRpm(id)) + " RPM");
     switch (guard_.drive(id, rpm)) {
     case FanGuard::DriveResult::driven:
     case FanGuard::DriveResult::notControllable:

@@ -10,6 +10,7 @@ namespace {
 constexpr long long defaultMaxRpm = 6000;
 constexpr long long fullDuty = 255;
 constexpr long long manualMode = 1;
+constexpr long long minimumPercent = 20;
 
 } // namespace
 
@@ -18,6 +19,8 @@ FanGuard::FanGuard(const std::vector<FanReading>& fans) {
         Fan fan;
         fan.key = reading.control.valuePath;
         fan.maxRpm = reading.maxRpm.value_or(defaultMaxRpm);
+        fan.minRpm = reading.minRpm > 0 ? std::min(reading.minRpm, fan.maxRpm)
+                                        : (fan.maxRpm * minimumPercent + 99) / 100;
         const FanControlPaths& control = reading.control;
         if (control.kind != FanControlKind::none) {
             fan.valueFd = openAttribute(control.valuePath, true);
@@ -45,6 +48,10 @@ FanGuard::~FanGuard() {
 
 bool FanGuard::isControllable(std::size_t id) const {
     return id < fans_.size() && fans_[id].kind != FanControlKind::none;
+}
+
+long long FanGuard::minimumRpm(std::size_t id) const {
+    return id < fans_.size() ? fans_[id].minRpm : 0;
 }
 
 bool FanGuard::isHeld(std::size_t id) const {
@@ -114,7 +121,7 @@ FanGuard::DriveResult FanGuard::drive(std::size_t id, long long rpm) {
         fan.saved = fan.original ? fan.original : readState(fan);
     if (!fan.saved)
         return DriveResult::saveFailed;
-    const long long limited = std::clamp(rpm, 0LL, fan.maxRpm);
+    const long long limited = std::clamp(rpm, fan.minRpm, fan.maxRpm);
     const long long value = fan.kind == FanControlKind::pwm
                                 ? (limited * fullDuty + fan.maxRpm / 2) / fan.maxRpm
                                 : limited;

@@ -38,8 +38,13 @@ public:
     /// cannot be read is not controlled at all, since it could not be handed back.
     std::vector<SavedFanState> takeOriginals();
 
-    /// Sets fan `id` to `rpm`, as a duty of rpm / max (6000 when the fan reports none)
-    /// or as an RPM value, saving its state first if it was not held yet.
+    /// The lowest speed the daemon sets: the fan's own minimum when it reports one, else
+    /// 20 % of its maximum, so no command can stop a fan.
+    long long minimumRpm(std::size_t id) const;
+
+    /// Sets fan `id` to `rpm`, raised to its minimum and capped at its maximum, as a
+    /// duty of rpm / max (6000 when the fan reports none) or as an RPM value, saving its
+    /// state first if it was not held yet.
     DriveResult drive(std::size_t id, long long rpm);
 
     /// Hands fan `id` back; a fan that is not held is left alone.
@@ -56,6 +61,7 @@ private:
         int modeFd = -1;
         int valueFd = -1;
         long long maxRpm = 0;
+        long long minRpm = 0;
         std::optional<Saved> original;
         std::optional<Saved> saved; ///< set while the daemon holds the fan
     };

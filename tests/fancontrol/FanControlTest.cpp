@@ -250,20 +250,25 @@ TEST_F(Section, SwitchDrivesTheRealDaemonAndReportsOneThatFailsOrDies) {
                         board.root() + "\n",
                     04755);
     const auto duty = [&](const char* file) { return firstInteger(board.read(chip + "/" + file)); };
-    settings->setFanPercentages({{0, 25}, {1, 75}});
+    settings->setFanPercentages({{0, 0}, {1, 75}});
     open();
     flipSwitch();
-    // 1500 and 4500 of 6000 RPM: duties (rpm x 255 + 3000) / 6000.
-    EXPECT_TRUE(eventually([&] { return duty("pwm1") == 64 && duty("pwm2") == 191; }));
+    // 0 % is held at the 20 % minimum (1200 RPM), 4500 of 6000 RPM: duties
+    // (rpm x 255 + 3000) / 6000. The slider offers no less than the daemon sets.
+    EXPECT_TRUE(eventually([&] { return duty("pwm1") == 51 && duty("pwm2") == 191; }));
     EXPECT_EQ(duty("pwm1_enable"), 1);
-    for (FanSliderRow* row : content->findChildren<FanSliderRow*>())
+    for (FanSliderRow* row : content->findChildren<FanSliderRow*>()) {
+        if (row->fanId() == 0 && row->isVisibleTo(content.get())) {
+            EXPECT_EQ(row->slider()->value(), 20);
+        }
         if (row->fanId() == 1 && row->isVisibleTo(content.get()))
             row->slider()->setValue(50);
+    }
     EXPECT_TRUE(eventually([&] { return duty("pwm2") == 128; })) << duty("pwm2");
 
     flipSwitch();
     EXPECT_FALSE(thermal().isDaemonRunning());
-    EXPECT_EQ(settings->fanPercentages(), (std::map<long long, double>{{0, 25}, {1, 50}}));
+    EXPECT_EQ(settings->fanPercentages(), (std::map<long long, double>{{0, 0}, {1, 50}}));
     EXPECT_EQ(std::vector({duty("pwm1"), duty("pwm2"), duty("pwm1_enable"), duty("pwm2_enable")}),
               std::vector<long long>({100, 120, 5, 5}));
 

@@ -59,8 +59,11 @@ TEST(HelperDaemon, RefusesBadLinesThenDrivesModeFirstAndRestoresValueFirst) {
     daemon.send("set-fan 1 3000\n");
     EXPECT_TRUE(daemon.settlesTo({"pwm1=77", "pwm1_enable=5", "pwm2=128", "pwm2_enable=1"}));
     FileWatch driving(daemon.sysfs.root() + "/" + intelBoardChip, IN_MODIFY);
-    daemon.send("set-all 2400 0 0\n"); // fan 2 has no control and is passed over
-    EXPECT_TRUE(daemon.settlesTo({"pwm1=102", "pwm1_enable=1", "pwm2=0", "pwm2_enable=1"}));
+    // Fan 2 has no control and is passed over; 0 is raised to 20 % of 6000 RPM, duty 51:
+    // no command stops a fan.
+    daemon.send("set-all 2400 0 0\n");
+    EXPECT_TRUE(daemon.settlesTo({"pwm1=102", "pwm1_enable=1", "pwm2=51", "pwm2_enable=1"}));
+    EXPECT_TRUE(daemon.process.waitForError("fan 1 held at its minimum of 1200 RPM"));
     EXPECT_EQ(driving.names(),
               (std::vector<std::string>{"pwm1_enable", "pwm1", "pwm2_enable", "pwm2"}));
     // Restoring the mode first would let drivers such as thinkpad_acpi take the duty
@@ -162,8 +165,8 @@ TEST(HelperDaemon, RunsAFanAtFullSpeedWhenItsStateCannotBeRestored) {
                        {"name=max31790", "fan1_input=4000", "fan1_max=9000", "fan1_target=15000",
                         "temp1_input=40000"});
     });
-    daemon.send("set-fan 0 1000\n");
-    ASSERT_TRUE(daemon.settlesTo({"fan1_target=1000"}, chip));
+    daemon.send("set-fan 0 2000\n");
+    ASSERT_TRUE(daemon.settlesTo({"fan1_target=2000"}, chip));
     capFileSize(daemon.process.pid(), 5);
     daemon.send("quit\n");
     EXPECT_EQ(daemon.process.waitForExit(), 1);

@@ -11,7 +11,12 @@
 #include <QSlider>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cmath>
+
+namespace {
+constexpr int minimumPercent = 20;
+} // namespace
 
 FanSliderRow::FanSliderRow(QWidget* parent) : QWidget(parent) {
     auto* column = new QVBoxLayout(this);
@@ -22,7 +27,9 @@ FanSliderRow::FanSliderRow(QWidget* parent) : QWidget(parent) {
     line->setSpacing(8);
     name = PopoverStyle::secondaryLabel({}, this);
     slider_ = new QSlider(Qt::Horizontal, this);
-    slider_->setRange(0, 100);
+    // The daemon never sets a fan below 20 % (it must not stop one); the slider does not
+    // offer what would not happen.
+    slider_->setRange(minimumPercent, 100);
     slider_->setSingleStep(1);
     slider_->setPageStep(10);
     value = new QLabel(this);
@@ -45,7 +52,7 @@ void FanSliderRow::setFan(const FanInfo& shown, double percent) {
     fan = shown;
     showsFan = true;
     if (!sameFan) {
-        percent_ = percent;
+        percent_ = std::max<double>(percent, minimumPercent);
         const QSignalBlocker quiet(slider_);
         slider_->setValue(static_cast<int>(std::lround(percent)));
     }
