@@ -8,6 +8,8 @@
 inline constexpr const char* installProgram = "/usr/bin/install";
 
 /// The elevation program's arguments: install, its options, and the two paths as
-/// separate arguments after "--", whatever characters they hold.
+/// separate arguments after "--", whatever characters they hold. The copy is set-user-ID
+/// root and runnable only by root and the group `groupId` (the installing user's own
+/// group), so other local users cannot start the fan daemon.
 std::vector<std::string> installArguments(const std::string& helperPath,
-                                          const std::string& installedPath);
+                                          const std::string& installedPath, unsigned groupId);

@@ -135,9 +135,13 @@ TEST(InstallHelper, TrustsOnlyARootOwnedSetuidCopyMadeByAnAcceptedPrompt) {
         EXPECT_EQ(rig.thermal().installHelper(), c.installed);
         EXPECT_EQ(rig.thermal().isHelperInstalled(), c.installed);
         EXPECT_EQ(readFile(rig.installed) == readFile(*rig.thermal().helperPath()), c.copied);
+        if (c.installed) { // root and the installing user's group only
+            EXPECT_EQ(fs::status(rig.installed).permissions() & fs::perms::others_all,
+                      fs::perms::none);
+        }
         if (!c.tail.empty()) { // every path one argument, whatever it holds
             EXPECT_EQ(rig.dir.read("elevate.args"),
-                      "/usr/bin/install|-D|-T|-o|root|-g|root|-m|4755|--|" +
+                      "/usr/bin/install|-D|-T|-o|root|-g|0|-m|4750|--|" +
                           *rig.thermal().helperPath() + "|" + rig.installed + "|");
         }
     }
