@@ -155,6 +155,11 @@ TEST(InstallHelper, TrustsOnlyARootOwnedSetuidCopyMadeByAnAcceptedPrompt) {
     EXPECT_FALSE(isTrustedHelperSource(copy)) << "owned by nobody";
     dir.link("smc_helper", "link");
     EXPECT_FALSE(isTrustedHelperSource(dir.path() / "link")) << "a symlink";
+    // Nor is such a helper used where Vorlune looks for one.
+    const fs::path beside = dir.write("libexec/vorlune/smc_helper", "#!/bin/sh\n", 0757);
+    EXPECT_EQ(locateHelperFrom(dir.str() + "/bin", ""), std::nullopt);
+    fs::permissions(beside, fs::perms(0755));
+    EXPECT_EQ(locateHelperFrom(dir.str() + "/bin", ""), beside.string());
 }
 
 // More than a few pixels of about this colour.

@@ -43,8 +43,9 @@ std::optional<std::string> locateHelperFrom(const std::string& executableDirecto
     }
     if (!buildHelperPath.empty())
         candidates.push_back(buildHelperPath);
+    // A helper someone else could have swapped is passed over wherever it lies.
     for (const std::string& candidate : candidates) {
-        if (isExecutableFile(candidate))
+        if (isExecutableFile(candidate) && isTrustedHelperSource(candidate))
             return candidate;
     }
     return std::nullopt;

@@ -19,7 +19,7 @@ std::optional<std::string> executableDirectory();
 
 /// The one-shot helper, first hit wins: <executableDirectory>/../libexec/vorlune/smc_helper
 /// (installed), <executableDirectory>/../SMCHelper/smc_helper (build tree), then
-/// `buildHelperPath`. Each must be an executable file. An empty directory or build path
-/// skips those places.
+/// `buildHelperPath`. Each must be an executable file that isTrustedHelperSource accepts.
+/// An empty directory or build path skips those places.
 std::optional<std::string> locateHelperFrom(const std::string& executableDirectory,
                                             const std::string& buildHelperPath);
