@@ -9,6 +9,7 @@
 #include <QStringDecoder>
 
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <thread>
 
@@ -18,6 +19,7 @@ namespace {
 constexpr std::chrono::milliseconds oneShotLimit{1500};
 constexpr std::chrono::seconds handshakeLimit{15};
 constexpr std::chrono::milliseconds handshakeRetryPause{100};
+constexpr std::chrono::milliseconds quitLimit{2000};
 
 std::string formatRpm(double rpm) {
     char text[64];
@@ -156,8 +158,15 @@ void ThermalMonitor::stopDaemon() {
         ChildProcess::writeAll(daemon_->input.get(), "quit\n");
         daemon_->input.reset();
     }
-    if (daemon_->process)
-        daemon_->process->waitForExit();
+    // A daemon that does not take "quit" is asked again with SIGTERM, which it also
+    // answers by handing every fan back. It is never killed (that would leave its fans
+    // as they are) and never waited on for long: the caller may be the main thread.
+    if (daemon_->process && !daemon_->process->waitForExit(quitLimit)) {
+        ::kill(daemon_->process->pid(), SIGTERM);
+        if (!daemon_->process->waitForExit(quitLimit))
+            qWarning("Fan control daemon %d did not end; its fans may still be manual",
+                     static_cast<int>(daemon_->process->pid()));
+    }
     daemon_.reset();
 }
 

@@ -52,7 +52,8 @@ public:
     /// for ids not in the map; an empty map sends nothing, since no fan was asked for.
     /// A negative largest key ends the process.
     bool setAllFans(const std::map<long long, double>& rpmByFan);
-    /// Sends "quit", closes the daemon's input and waits, without limit, for it to exit.
+    /// Sends "quit" and closes the daemon's input; a daemon still there after 2 s gets
+    /// SIGTERM and 2 s more. Waits no longer than that.
     void stopDaemon();
     /// Whether a daemon has been started and has not exited since. Never waits: while
     /// another thread holds the lock (a start or a command under way) it answers true.

@@ -127,6 +127,15 @@ TEST_F(Daemon, CommandsAreFormattedAndEndWithQuit) {
     EXPECT_DEATH(monitor.setAllFans({{-2, 1000}, {-1, 1000}}), "must not be negative");
 }
 
+TEST_F(Daemon, ADaemonThatIgnoresQuitIsAskedToTerminateAndNotWaitedOnForever) {
+    install("trap 'echo terminated > ended; exit 0' TERM\necho ready\n"
+            "while :; do sleep 0.1; done\n");
+    ASSERT_TRUE(monitor.startDaemon());
+    monitor.stopDaemon();
+    EXPECT_EQ(dir.read("ended"), "terminated\n");
+    EXPECT_FALSE(monitor.isDaemonRunning());
+}
+
 TEST_F(Daemon, ARefusingDaemonIsNotUsedAndItsReasonIsKept) {
     install("echo 'refused: another fan daemon is running'\nexec cat >/dev/null\n");
     EXPECT_FALSE(monitor.startDaemon());
