@@ -1,5 +1,7 @@
 #include "DaemonRunDir.h"
 
+#include "HelperOutput.h"
+
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
@@ -12,19 +14,6 @@ namespace {
 constexpr const char* lockName = "fans.lock";
 constexpr const char* statesName = "fans.state";
 constexpr const char* temporaryName = "fans.state.new";
-
-bool writeWhole(int fd, const std::string& content) {
-    std::size_t done = 0;
-    while (done < content.size()) {
-        const ssize_t n = ::write(fd, content.data() + done, content.size() - done);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return false;
-        done += static_cast<std::size_t>(n);
-    }
-    return true;
-}
 
 // A regular file of ours inside the folder, never reached through a symlink.
 int openOwnFile(int directory, const char* name, int flags) {
@@ -100,7 +89,7 @@ bool DaemonRunDir::saveStates(const std::string& content) {
     const int fd = openOwnFile(directory_, temporaryName, O_WRONLY | O_CREAT | O_EXCL);
     if (fd < 0)
         return false;
-    const bool written = writeWhole(fd, content) && ::fsync(fd) == 0;
+    const bool written = writeAll(fd, content) && ::fsync(fd) == 0;
     ::close(fd);
     if (!written || ::renameat(directory_, temporaryName, directory_, statesName) != 0)
         return false;

@@ -80,11 +80,7 @@ std::vector<std::string> FanGuard::restoreLeftover(const std::vector<SavedFanSta
         });
         if (fan == fans_.end())
             continue; // gone with its device; the kernel reset it when it went
-        bool ok = writeAttributeInteger(fan->valueFd, state.value);
-        if (ok && state.mode && fan->modeFd >= 0)
-            ok = writeAttributeInteger(fan->modeFd, *state.mode) &&
-                 readAttributeInteger(fan->modeFd) == state.mode;
-        if (!ok) {
+        if (!putBack(*fan, {state.mode, state.value})) {
             runFullSpeed(*fan);
             failed.push_back(state.key);
         }
@@ -138,18 +134,20 @@ FanGuard::RestoreResult FanGuard::restore(std::size_t id) {
     // take-over must bring back, so the start-up original no longer applies.
     fan.original.reset();
 
+    if (putBack(fan, saved))
+        return RestoreResult::restored;
+    return runFullSpeed(fan) ? RestoreResult::fullSpeed : RestoreResult::failed;
+}
+
+bool FanGuard::putBack(const Fan& fan, const Saved& saved) {
     bool ok = writeAttributeInteger(fan.valueFd, saved.value);
-    if (ok && saved.mode)
+    if (ok && saved.mode && fan.modeFd >= 0)
         ok = writeAttributeInteger(fan.modeFd, *saved.mode);
     // The mode decides who controls the fan. A duty is not compared: drivers such as
     // thinkpad_acpi quantise it, so it reads back different from what was written.
-    if (ok && saved.mode)
-        ok = readAttributeInteger(fan.modeFd) == saved.mode;
-    else if (ok)
-        ok = readAttributeInteger(fan.valueFd) == saved.value;
-    if (ok)
-        return RestoreResult::restored;
-    return runFullSpeed(fan) ? RestoreResult::fullSpeed : RestoreResult::failed;
+    if (ok && saved.mode && fan.modeFd >= 0)
+        return readAttributeInteger(fan.modeFd) == saved.mode;
+    return ok && readAttributeInteger(fan.valueFd) == saved.value;
 }
 
 bool FanGuard::runFullSpeed(const Fan& fan) {

@@ -67,6 +67,8 @@ private:
     };
 
     static std::optional<Saved> readState(const Fan& fan);
+    /// Writes `saved` back, value first, and reads the mode (else the value) back.
+    static bool putBack(const Fan& fan, const Saved& saved);
     bool write(const Fan& fan, std::optional<long long> mode, long long value);
     bool runFullSpeed(const Fan& fan);
 

@@ -109,8 +109,8 @@ bool ThermalMonitor::startDaemon() {
                                                           : std::string();
     if (!daemonRefusal_.empty()) {
         qWarning("Fan control daemon refused to run: %s", daemonRefusal_.c_str());
-        daemon_->input.reset();
-        daemon_->process->waitForExit();
+        daemon_->input.reset(); // a refused daemon ends when its input closes
+        daemon_->process->waitForExit(quitLimit);
         daemon_.reset();
         return false;
     }

@@ -33,6 +33,6 @@ LinkShape readLinkShape(const std::string& classNetDir, const std::string& name)
     LinkShape link;
     link.hasDevice = exists(dir + "/device");
     link.isAggregate = isAggregateAt(dir);
-    link.inAggregate = exists(dir + "/master") && isAggregateAt(dir + "/master");
+    link.inAggregate = isAggregateAt(dir + "/master"); // no master: no uevent to read
     return link;
 }

@@ -54,7 +54,7 @@ void FanSliderRow::setFan(const FanInfo& shown, double percent) {
     if (!sameFan) {
         percent_ = std::max<double>(percent, minimumPercent);
         const QSignalBlocker quiet(slider_);
-        slider_->setValue(static_cast<int>(std::lround(percent)));
+        slider_->setValue(static_cast<int>(std::lround(percent_)));
     }
     name->setText(QStringLiteral("Fan ") + QString::number(fan.id + 1));
     details->setFan(fan);
