@@ -105,10 +105,15 @@ class WholeApp(Session):
         self.click_section(DISK, "main-popover")
         self.assertTrue(self.window("^Disk$"), "Disk has no item: a window titled Disk opens")
         self.desktop.screenshot("disk-window")
-        # Closed the way a person would, through the window manager.
-        run(["xdotool", "search", "--name", "^Disk$", "windowactivate", "--sync", "key",
-             "alt+F4"], env=self.desktop.env)
-        self.assertTrue(wait_until(lambda: not self.desktop.windows("--name", "^Disk$"), 10))
+        # Closed the way a person would, through the window manager, pressing again when
+        # a loaded machine let the first press reach the window before its focus did.
+        def closed():
+            if not self.desktop.windows("--name", "^Disk$"):
+                return True
+            run(["xdotool", "search", "--name", "^Disk$", "windowactivate", "--sync", "key",
+                 "alt+F4"], env=self.desktop.env)
+            return False
+        self.assertTrue(wait_until(closed, 15, 2.0), "the Disk window closes")
         self.assertIsNone(self.vorlune.poll(), "Vorlune still runs")
         time.sleep(2.0)  # let the window manager settle focus, as a person's pause would
 
