@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SensorType.h"
+#include "tray/SensorType.h"
 #include "views/menubar/MenuBarAppearance.h"
 
 #include <QElapsedTimer>

@@ -3,7 +3,7 @@
 #include "NoTrayHostNotice.h"
 #include "PopoverWindow.h"
 #include "StatusBarManager.h"
-#include "Symbols.h"
+#include "tray/Symbols.h"
 #include "TrayHostWatch.h"
 #include "monitors/SystemMonitor.h"
 #include "settings/AppSettings.h"
@@ -26,7 +26,8 @@ VorluneApp::VorluneApp(const QString& settingsFile, QObject* parent)
       appSettings(settingsFile.isEmpty() ? std::make_unique<AppSettings>()
                                          : std::make_unique<AppSettings>(settingsFile)),
       monitor(std::make_unique<SystemMonitor>()),
-      settingsWindow(std::make_unique<SettingsWindowController>(*appSettings)) {
+      settingsWindow(std::make_unique<SettingsWindowController>(
+          *appSettings, [] { StatusBarManager::shared().syncStatusItems(); })) {
     StatusBarManager::shared().setOpenSettings([this] { settingsWindow->showSettings(); });
     // A change made to the settings file by another process shows within one tick.
     connect(monitor.get(), &SystemMonitor::sampled, appSettings.get(),

@@ -3,7 +3,7 @@
 #include "MenuBarAppearance.h"
 #include "MenuBarGraph.h"
 #include "MenuBarReadings.h"
-#include "app/SensorType.h"
+#include "tray/SensorType.h"
 
 #include <QColor>
 #include <QString>

@@ -2,7 +2,7 @@
 
 #include "MenuBarAppearance.h"
 #include "MenuBarReadings.h"
-#include "app/SensorType.h"
+#include "tray/SensorType.h"
 
 #include <QColor>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "MenuBarReadings.h"
-#include "app/SensorType.h"
+#include "tray/SensorType.h"
 
 #include <QString>
 

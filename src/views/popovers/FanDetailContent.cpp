@@ -9,7 +9,7 @@
 #include "QueuedRefresh.h"
 #include "SensorAccent.h"
 #include "SymbolLabel.h"
-#include "app/Symbols.h"
+#include "tray/Symbols.h"
 #include "monitors/SystemMonitor.h"
 #include "settings/AppSettings.h"
 #include "views/menubar/MenuBarColor.h"

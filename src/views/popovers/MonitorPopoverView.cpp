@@ -10,7 +10,7 @@
 #include "SparklineView.h"
 #include "SymbolLabel.h"
 #include "ToolLauncher.h"
-#include "app/Symbols.h"
+#include "tray/Symbols.h"
 #include "monitors/SystemMonitor.h"
 #include "settings/AppSettings.h"
 #include "views/menubar/MenuBarColor.h"

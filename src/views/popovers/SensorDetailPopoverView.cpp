@@ -11,7 +11,7 @@
 #include "SensorAccent.h"
 #include "SymbolLabel.h"
 #include "TemperatureDetailBody.h"
-#include "app/Symbols.h"
+#include "tray/Symbols.h"
 #include "monitors/SystemMonitor.h"
 #include "settings/AppSettings.h"
 

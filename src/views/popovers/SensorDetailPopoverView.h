@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/SensorType.h"
+#include "tray/SensorType.h"
 
 #include <QWidget>
 

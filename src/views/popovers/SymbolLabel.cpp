@@ -1,7 +1,7 @@
 #include "SymbolLabel.h"
 
 #include "PopoverStyle.h"
-#include "app/Symbols.h"
+#include "tray/Symbols.h"
 
 SymbolLabel::SymbolLabel(const QString& symbolName, int size, const QString& fallbackGlyph,
                          QWidget* parent)

@@ -1,7 +1,7 @@
 #include "AboutView.h"
 
 #include "LinkButton.h"
-#include "app/Symbols.h"
+#include "tray/Symbols.h"
 
 #include <QDesktopServices>
 #include <QHBoxLayout>

@@ -4,7 +4,7 @@
 #include "AppearanceSettingsView.h"
 #include "GeneralSettingsView.h"
 #include "MonitorsSettingsView.h"
-#include "app/Symbols.h"
+#include "tray/Symbols.h"
 
 #include <QEvent>
 

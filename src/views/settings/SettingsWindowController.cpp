@@ -1,7 +1,6 @@
 #include "SettingsWindowController.h"
 
 #include "SettingsView.h"
-#include "app/StatusBarManager.h"
 #include "settings/AppSettings.h"
 
 #include <QGuiApplication>
@@ -14,10 +13,7 @@ SettingsWindowController::SettingsWindowController(AppSettings& settings,
                                                    std::function<void()> syncStatusItems,
                                                    LaunchAtLogin launchAtLogin, QObject* parent)
     : QObject(parent), settings(settings), syncStatusItems(std::move(syncStatusItems)),
-      launchAtLogin(std::move(launchAtLogin)) {
-    if (!this->syncStatusItems)
-        this->syncStatusItems = [] { StatusBarManager::shared().syncStatusItems(); };
-}
+      launchAtLogin(std::move(launchAtLogin)) {}
 
 SettingsWindowController::~SettingsWindowController() {
     delete settingsWindow.data();

@@ -16,8 +16,8 @@ class QWidget;
 class SettingsWindowController : public QObject {
     Q_OBJECT
 public:
-    /// `syncStatusItems` runs after a tray item is switched on or off (by default
-    /// StatusBarManager::shared().syncStatusItems()); `launchAtLogin` is the
+    /// `syncStatusItems` runs after a tray item is switched on or off (the app passes
+    /// its tray's own sync; empty does nothing); `launchAtLogin` is the
     /// autostart entry the "Launch at login" switch manages.
     explicit SettingsWindowController(AppSettings& settings,
                                       std::function<void()> syncStatusItems = {},
