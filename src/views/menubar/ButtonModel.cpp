@@ -9,6 +9,8 @@ ButtonModel buildButtonModel(SensorType type, const MenuBarReadings& readings,
     const QColor colour = menuBarColor(type, readings, appearance);
 
     ButtonModel model;
+    model.type = type;
+    model.valueText = value;
     model.style = appearance.style;
     model.toolTip = menuBarToolTip(type, readings);
     switch (appearance.style) {

@@ -28,11 +28,13 @@ enum class ImagePosition { leading };
 
 /// The content of one tray item's button, as values.
 struct ButtonModel {
+    SensorType type = SensorType::cpu;
     PersistentStyle style = PersistentStyle::graphAndText;
     std::vector<TitleRun> title;                ///< empty: an empty title
     std::optional<MenuBarGraph> image;          ///< nullopt: no image
     std::optional<ImagePosition> imagePosition; ///< nullopt: leave the position as it was
     QString toolTip;                            ///< "CPU: 42%"
+    QString valueText;                          ///< "42%", for labels beside the icon
 
     bool operator==(const ButtonModel&) const = default;
 };

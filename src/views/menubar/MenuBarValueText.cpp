@@ -74,6 +74,28 @@ QString menuBarValueText(SensorType type, const MenuBarReadings& readings) {
     return {};
 }
 
+QString widestValueText(SensorType type) {
+    // Rates above 999.9M are rare enough to be allowed to widen the label.
+    const QString widestRate = QStringLiteral("888.8M");
+    switch (type) {
+    case SensorType::cpu:
+    case SensorType::memory:
+    case SensorType::disk:
+        return QStringLiteral("100%");
+    case SensorType::networkIn:
+    case SensorType::networkOut:
+        return widestRate;
+    case SensorType::network:
+        return QStringLiteral(u"\u2193") + widestRate + QStringLiteral(u" \u2191") + widestRate;
+    case SensorType::cpuTemp:
+    case SensorType::gpuTemp:
+        return QStringLiteral(u"100\u00B0C");
+    case SensorType::fan:
+        return QStringLiteral("8888");
+    }
+    return {};
+}
+
 QString menuBarIcon(SensorType type) {
     switch (type) {
     case SensorType::cpu:

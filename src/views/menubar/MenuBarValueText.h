@@ -14,6 +14,10 @@ QString rateText(double bytesPerSecond);
 /// zero; a non-finite reading where a whole number is needed is a fatal error.
 QString menuBarValueText(SensorType type, const MenuBarReadings& readings);
 
+/// The widest value text `type` can show ("100%", "100°C", "↓1023K ↑1023K"): what a label
+/// beside the icon reserves room for, so the panel does not shift as the value changes.
+QString widestValueText(SensorType type);
+
 /// The symbol shown before the value when icons are on ("⚙", "🌡" ...); empty for the
 /// combined network item, which has none.
 QString menuBarIcon(SensorType type);
