@@ -1,15 +1,17 @@
 #include "StatusBarManager.h"
 
 #include "PopoverWindow.h"
-#include "TrayItem.h"
+#include "TrayItems.h"
 #include "monitors/SystemMonitor.h"
 #include "settings/AppSettings.h"
 #include "settings/HexColor.h"
+#include "tray/TrayTextSide.h"
 #include "views/menubar/ButtonModel.h"
 #include "views/popovers/SensorDetailPopoverView.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QMenu>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -93,6 +95,7 @@ void StatusBarManager::setup(SystemMonitor& newMonitor, AppSettings& newSettings
 // further notices join it instead of queueing another.
 void StatusBarManager::scheduleSync() {
     appearances.clear();
+    textBesideIcon.reset();
     if (syncPending)
         return;
     syncPending = true;
@@ -147,9 +150,11 @@ void StatusBarManager::syncStatusItems() {
     if (!settings)
         return;
     appearances.clear();
+    textBesideIcon.reset();
     const std::set<SensorType> desired = desiredSensorTypes(*settings);
     for (auto it = statusItems.begin(); it != statusItems.end();) {
-        if (desired.count(it->first)) {
+        const SensorType type = it->first;
+        if (desired.count(type)) {
             ++it;
             continue;
         }
@@ -159,14 +164,23 @@ void StatusBarManager::syncStatusItems() {
             popovers.erase(it->first);
         }
         it = statusItems.erase(it);
+        menus.erase(type);
     }
     for (SensorType type : desired) {
         if (statusItems.count(type))
             continue;
-        auto item = std::make_unique<TrayItem>();
+        auto item = makeTrayItem(type);
         const int tag = sensorTypeIndex(type);
-        connect(item.get(), &TrayItem::clicked, this, [this, tag] { statusItemClicked(tag); });
+        connect(item.get(), &TrayItem::activated, this, [this, tag] { statusItemClicked(tag); });
+        auto menu = makeTrayMenu(
+            type, [this, tag] { statusItemClicked(tag); },
+            [this] {
+                if (openSettings)
+                    openSettings();
+            });
+        item->setMenu(menu.get());
         statusItems.emplace(type, std::move(item));
+        menus[type] = std::move(menu);
     }
     updateStatusItems();
 }
@@ -182,8 +196,11 @@ void StatusBarManager::updateStatusItems() {
     if (statusItems.empty())
         return;
     const MenuBarReadings readings = readingsOf(*monitor);
+    if (!textBesideIcon)
+        textBesideIcon = valueTextBesideIcon(settings->persistTextPlacement(),
+                                             qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
     for (auto& [type, item] : statusItems)
-        item->setModel(buildButtonModel(type, readings, appearanceFor(type)));
+        item->setModel(buildButtonModel(type, readings, appearanceFor(type)), *textBesideIcon);
 }
 
 const MenuBarAppearance& StatusBarManager::appearanceFor(SensorType type) {
@@ -198,6 +215,7 @@ void StatusBarManager::removeAllStatusItems() {
         if (popover)
             popover->close();
     statusItems.clear();
+    menus.clear();
 }
 
 void StatusBarManager::statusItemClicked(int tag) {
@@ -282,5 +300,5 @@ void StatusBarManager::showDetail(SensorType type, const TrayItem* anchor, bool 
         else
             popoverClosedAt[type].start();
     });
-    popover->showUnder(chosenAnchor->geometry());
+    popover->showUnder(chosenAnchor->anchor());
 }

@@ -10,9 +10,11 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 
 class AppSettings;
+class QMenu;
 class PopoverWindow;
 class SystemMonitor;
 class TrayItem;
@@ -56,10 +58,12 @@ private:
     const MenuBarAppearance& appearanceFor(SensorType type);
 
     std::map<SensorType, std::unique_ptr<TrayItem>> statusItems;
+    std::map<SensorType, std::unique_ptr<QMenu>> menus;
     std::map<SensorType, QPointer<PopoverWindow>> popovers;
     std::map<SensorType, QElapsedTimer> popoverClosedAt;
     // Parsed colours and styles per item; dropped on every settings change.
     std::map<SensorType, MenuBarAppearance> appearances;
+    std::optional<bool> textBesideIcon;
     QPointer<SystemMonitor> monitor;
     QPointer<AppSettings> settings;
     QMetaObject::Connection terminationObserver;

@@ -3,16 +3,17 @@
 #include "NoTrayHostNotice.h"
 #include "PopoverWindow.h"
 #include "StatusBarManager.h"
-#include "tray/Symbols.h"
 #include "TrayHostWatch.h"
+#include "TrayItems.h"
 #include "monitors/SystemMonitor.h"
 #include "settings/AppSettings.h"
+#include "tray/Symbols.h"
 #include "views/popovers/MonitorPopoverView.h"
 #include "views/settings/SettingsWindowController.h"
 
 #include <QApplication>
 #include <QDateTime>
-#include <QSystemTrayIcon>
+#include <QMenu>
 #include <QTimer>
 
 namespace {
@@ -56,14 +57,12 @@ void VorluneApp::start() {
 
 void VorluneApp::onTrayHost() {
     noTrayNotice.reset();
-    mainExtra = std::make_unique<QSystemTrayIcon>(applicationTraySymbol());
-    mainExtra->setToolTip(QStringLiteral("Vorlune"));
-    connect(mainExtra.get(), &QSystemTrayIcon::activated, this,
-            [this](QSystemTrayIcon::ActivationReason reason) {
-                if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
-                    toggleMainPopover();
-            });
-    mainExtra->show();
+    mainExtra = makeTrayItem(std::nullopt);
+    mainMenu = makeTrayMenu(
+        std::nullopt, [this] { showMainPopover(); }, [this] { settingsWindow->showSettings(); });
+    mainExtra->setMenu(mainMenu.get());
+    mainExtra->setSymbol(applicationTraySymbol(), QStringLiteral("Vorlune"));
+    connect(mainExtra.get(), &TrayItem::activated, this, &VorluneApp::toggleMainPopover);
     StatusBarManager::shared().setup(*monitor, *appSettings);
     applyAppearanceIfChanged();
     emit trayReady();
@@ -113,5 +112,5 @@ void VorluneApp::showMainPopover() {
     appSettings->applyAppearance(*mainPopover);
     connect(mainPopover, &PopoverWindow::closed, this,
             [this] { mainPopoverClosedAt = QDateTime::currentMSecsSinceEpoch(); });
-    mainPopover->showUnder(mainExtra ? mainExtra->geometry() : QRect());
+    mainPopover->showUnder(mainExtra ? mainExtra->anchor() : QRect());
 }

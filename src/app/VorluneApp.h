@@ -9,7 +9,8 @@ class AppSettings;
 class NoTrayHostNotice;
 class PopoverWindow;
 class SettingsWindowController;
-class QSystemTrayIcon;
+class QMenu;
+class TrayItem;
 class SystemMonitor;
 class TrayHostWatch;
 
@@ -43,7 +44,8 @@ private:
     std::unique_ptr<AppSettings> appSettings;
     std::unique_ptr<SystemMonitor> monitor;
     std::unique_ptr<SettingsWindowController> settingsWindow;
-    std::unique_ptr<QSystemTrayIcon> mainExtra;
+    std::unique_ptr<TrayItem> mainExtra;
+    std::unique_ptr<QMenu> mainMenu;
     std::unique_ptr<TrayHostWatch> trayHostWatch;
     std::unique_ptr<NoTrayHostNotice> noTrayNotice;
     QPointer<PopoverWindow> mainPopover;

@@ -7,10 +7,11 @@
 
 int main(int argc, char** argv) {
     // Popovers place themselves under their tray item, which a Wayland client
-    // cannot do: run on XWayland unless the user chose a platform.
+    // cannot do: run on XWayland unless the user chose a platform, and on Wayland
+    // itself (the compositor placing popovers) when there is no XWayland.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
         !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
+        qputenv("QT_QPA_PLATFORM", "xcb;wayland");
     ignoreSigpipe();
 
     QApplication application(argc, argv);

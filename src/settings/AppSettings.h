@@ -45,6 +45,8 @@ class AppSettings : public QObject {
                    setPersistentDisplayStyle NOTIFY objectWillChange)
     Q_PROPERTY(bool persistShowIcons READ persistShowIcons WRITE setPersistShowIcons NOTIFY
                    objectWillChange)
+    Q_PROPERTY(TrayTextPlacement persistTextPlacement READ persistTextPlacement WRITE
+                   setPersistTextPlacement NOTIFY objectWillChange)
     Q_PROPERTY(bool persistCPU READ persistCPU WRITE setPersistCPU NOTIFY objectWillChange)
     Q_PROPERTY(bool persistMemory READ persistMemory WRITE setPersistMemory NOTIFY objectWillChange)
     Q_PROPERTY(bool persistDisk READ persistDisk WRITE setPersistDisk NOTIFY objectWillChange)
@@ -122,6 +124,8 @@ public:
     PersistentStyle persistentDisplayStyle() const;
     void setPersistentDisplayStyle(PersistentStyle value);
     bool persistShowIcons() const;
+    TrayTextPlacement persistTextPlacement() const;
+    void setPersistTextPlacement(TrayTextPlacement value);
     void setPersistShowIcons(bool value);
     bool persistCPU() const;
     void setPersistCPU(bool value);

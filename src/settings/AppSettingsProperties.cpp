@@ -102,6 +102,13 @@ PersistentStyle AppSettings::persistentDisplayStyle() const {
 void AppSettings::setPersistentDisplayStyle(PersistentStyle value) {
     writeEnum(SettingKey::persistentDisplayStyle, value);
 }
+TrayTextPlacement AppSettings::persistTextPlacement() const {
+    return readEnum<TrayTextPlacement>(SettingKey::persistTextPlacement);
+}
+void AppSettings::setPersistTextPlacement(TrayTextPlacement value) {
+    writeEnum(SettingKey::persistTextPlacement, value);
+}
+
 bool AppSettings::persistShowIcons() const {
     return readBool(SettingKey::persistShowIcons);
 }

@@ -11,6 +11,9 @@
 enum class DisplayMode { graphOnly, textOnly, graphAndText };
 /// Display style of one menu bar item; the same raw values as DisplayMode.
 enum class PersistentStyle { graphOnly, textOnly, graphAndText };
+/// Where a tray item's value text goes: a label beside the icon (hosts that draw one),
+/// or inside the square icon; `automatic` decides from the desktop.
+enum class TrayTextPlacement { automatic, besideIcon, insideIcon };
 enum class AppearanceMode { system, light, dark };
 /// Note the crossing: `monoLight` is "Mono Dark" (black) and `monoDark` is "Mono Light" (white).
 /// Stored values keep meaning the same colours, so it stays.
@@ -25,6 +28,10 @@ template <> struct EnumRawValues<DisplayMode> {
 template <> struct EnumRawValues<PersistentStyle> {
     static constexpr std::array<std::string_view, 3> values{"Graph Only", "Text Only",
                                                             "Graph & Text"};
+};
+template <> struct EnumRawValues<TrayTextPlacement> {
+    static constexpr std::array<std::string_view, 3> values{"Automatic", "Beside the icon",
+                                                            "Inside the icon"};
 };
 template <> struct EnumRawValues<AppearanceMode> {
     static constexpr std::array<std::string_view, 3> values{"System", "Light", "Dark"};

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-// The 39 persistent settings in declaration order. Their stored names and
+// The 40 persistent settings in declaration order. Their stored names and
 // defaults live in one table below; nothing else spells a key.
 enum class SettingKey {
     appearanceMode,
@@ -21,6 +21,7 @@ enum class SettingKey {
     themePreset,
     persistentDisplayStyle,
     persistShowIcons,
+    persistTextPlacement,
     persistCPU,
     persistMemory,
     persistDisk,
@@ -55,7 +56,7 @@ struct SettingDefinition {
     std::string_view defaultText;
 };
 
-inline constexpr std::array<SettingDefinition, 39> settingDefinitions{{
+inline constexpr std::array<SettingDefinition, 40> settingDefinitions{{
     {SettingKey::appearanceMode, "appearanceMode", "System"},
     {SettingKey::displayMode, "displayMode", "Graph & Text"},
     {SettingKey::updateInterval, "updateInterval", "2.0"},
@@ -70,6 +71,7 @@ inline constexpr std::array<SettingDefinition, 39> settingDefinitions{{
     {SettingKey::themePreset, "themePreset", "Colorful"},
     {SettingKey::persistentDisplayStyle, "persistentDisplayStyle", "Graph & Text"},
     {SettingKey::persistShowIcons, "persistShowIcons", "true"},
+    {SettingKey::persistTextPlacement, "persistTextPlacement", "Automatic"},
     {SettingKey::persistCPU, "persistCPU", "false"},
     {SettingKey::persistMemory, "persistMemory", "false"},
     {SettingKey::persistDisk, "persistDisk", "false"},

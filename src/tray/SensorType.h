@@ -2,6 +2,8 @@
 
 #include "settings/Enumerations.h"
 
+#include <QString>
+
 #include <optional>
 #include <string_view>
 
@@ -22,6 +24,16 @@ std::string_view sensorKeyWord(SensorType type);
 
 /// The type's index in declaration order (0...8).
 int sensorTypeIndex(SensorType type);
+
+/// The named symbol of a kind ("cpu", "memorychip", "fan" ...): beside its title in the
+/// popovers, and its tray picture when the value text stands beside the icon.
+QString sensorSymbolName(SensorType type);
+
+/// The tray item's identity on the desktop's bus, stable across runs so hosts can
+/// remember where the user put it: "vorlune-cpu", and "vorlune" for the main item.
+QString trayItemId(std::optional<SensorType> type);
+/// The tray item's name for hosts and screen readers: "Vorlune CPU", "Vorlune".
+QString trayItemTitle(std::optional<SensorType> type);
 
 /// The type at `index` in declaration order, or nullopt outside 0...8.
 std::optional<SensorType> sensorTypeAt(int index);

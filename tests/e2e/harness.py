@@ -54,7 +54,8 @@ def processes(command_part, environment_part=""):
 
 
 class Desktop:
-    """Xvfb with openbox and tint2 (XEmbed) or xfce4-panel (StatusNotifierItem)."""
+    """Xvfb with openbox and tint2 (XEmbed), xfce4-panel (StatusNotifierItem, icons only)
+    or mate-panel (StatusNotifierItem with text labels beside the icons)."""
 
     def __init__(self, host, artifacts):
         self.host, self.artifacts, self.processes, self.shots = host, artifacts, [], set()
@@ -87,6 +88,8 @@ class Desktop:
             # Without a session bus Qt has no StatusNotifierItem host and uses XEmbed.
             self.env["DBUS_SESSION_BUS_ADDRESS"] = "disabled:"
         else:
+            if self.host == "mate":
+                self.env["XDG_CURRENT_DESKTOP"] = "MATE"
             # xfconfd inherits the bus's environment: the panel layout must be there first.
             write_file(os.path.join(self.config, "xfce4/xfconf/xfce-perchannel-xml",
                                     "xfce4-panel.xml"),
@@ -104,7 +107,11 @@ class Desktop:
             self.panel = self.spawn(["tint2", "-c", os.path.join(HERE, "tint2-minimal.rc")])
             ready = lambda: run(["xdotool", "search", "--class", "tint2"], env=self.env).stdout
         else:
-            self.panel = self.spawn(["xfce4-panel"])
+            if self.host == "mate":
+                run(["mate-panel", "--reset"], env=self.env, timeout=30)
+                self.panel = self.spawn(["mate-panel"])
+            else:
+                self.panel = self.spawn(["xfce4-panel"])
             ready = lambda: "boolean true" in run(
                 ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
                  "org.freedesktop.DBus.NameHasOwner", "string:org.kde.StatusNotifierWatcher"],

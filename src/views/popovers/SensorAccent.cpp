@@ -27,27 +27,3 @@ QColor sensorAccentColor(SensorType type, const AppSettings& settings) {
     }
     return colorFromSetting(settings.cpuColorHex());
 }
-
-QString sensorSymbolName(SensorType type) {
-    switch (type) {
-    case SensorType::cpu:
-        return QStringLiteral("cpu");
-    case SensorType::memory:
-        return QStringLiteral("memorychip");
-    case SensorType::disk:
-        return QStringLiteral("internaldrive");
-    case SensorType::networkIn:
-        return QStringLiteral("arrow.down.circle");
-    case SensorType::networkOut:
-        return QStringLiteral("arrow.up.circle");
-    case SensorType::network:
-        return QStringLiteral("arrow.up.arrow.down.circle");
-    case SensorType::cpuTemp:
-        return QStringLiteral("thermometer.high");
-    case SensorType::gpuTemp:
-        return QStringLiteral("thermometer.medium");
-    case SensorType::fan:
-        return QStringLiteral("fan");
-    }
-    return {};
-}

@@ -13,6 +13,3 @@ QColor colorFromSetting(const QString& hex);
 /// The theme colour of a kind: CPU, memory, disk, network (all three network kinds),
 /// temperature (both temperature kinds) or fan colour setting.
 QColor sensorAccentColor(SensorType type, const AppSettings& settings);
-
-/// The named symbol shown beside a kind's title ("cpu", "memorychip", "fan" ...).
-QString sensorSymbolName(SensorType type);

@@ -5,6 +5,7 @@
 #include "ThemePresetButton.h"
 #include "settings/HexColor.h"
 
+#include <QComboBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -51,6 +52,15 @@ AppearanceSettingsView::AppearanceSettingsView(AppSettings& settings, QWidget* p
     addThemePresets();
     addCustomColors();
     addGraphSize();
+    addTrayText();
+}
+
+void AppearanceSettingsView::addTrayText() {
+    auto* picker = new QComboBox;
+    picker->setObjectName(QStringLiteral("persistTextPlacement"));
+    SettingsBinding::bindEnumPicker(picker, settings, &AppSettings::persistTextPlacement,
+                                    &AppSettings::setPersistTextPlacement);
+    addSection(QStringLiteral("Panel"))->addRow(QStringLiteral("Tray text"), picker);
 }
 
 void AppearanceSettingsView::addThemePresets() {

@@ -7,7 +7,7 @@ class AppSettings;
 class FormSection;
 
 /// The "Appearance" tab: theme presets, the six metric colours and the size of
-/// the tray graphs.
+/// the tray graphs, and where the tray text goes.
 class AppearanceSettingsView : public FormPage {
     Q_OBJECT
 public:
@@ -27,6 +27,7 @@ private:
     void addThemePresets();
     void addCustomColors();
     void addGraphSize();
+    void addTrayText();
     void addGraphSizeRow(FormSection* section, const GraphSize& size);
 
     AppSettings& settings;

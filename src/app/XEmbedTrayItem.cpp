@@ -1,4 +1,4 @@
-#include "TrayItem.h"
+#include "XEmbedTrayItem.h"
 
 #include "views/menubar/TrayIconComposer.h"
 
@@ -44,26 +44,34 @@ private:
 
 } // namespace
 
-TrayItem::TrayItem(QObject* parent) : QObject(parent) {
+XEmbedTrayItem::XEmbedTrayItem(QObject* parent) : TrayItem(parent) {
     connect(&icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
         if (r == QSystemTrayIcon::Trigger || r == QSystemTrayIcon::DoubleClick)
-            emit clicked();
+            emit activated();
     });
 }
 
-TrayItem::~TrayItem() {
+XEmbedTrayItem::~XEmbedTrayItem() {
     icon.hide();
 }
 
-void TrayItem::setModel(const ButtonModel& model) {
-    if (hasModel && model == model_)
+void XEmbedTrayItem::setModel(const ButtonModel& model, bool textBesideIcon) {
+    if (!takeModel(model, textBesideIcon))
         return;
-    model_ = model;
-    hasModel = true;
-    ++redraws;
     icon.setIcon(QIcon(new ButtonModelIconEngine(model)));
     if (icon.toolTip() != model.toolTip)
         icon.setToolTip(model.toolTip);
     if (!icon.isVisible())
         icon.show();
+}
+
+void XEmbedTrayItem::setSymbol(const QIcon& symbol, const QString& toolTip) {
+    icon.setIcon(symbol);
+    icon.setToolTip(toolTip);
+    if (!icon.isVisible())
+        icon.show();
+}
+
+void XEmbedTrayItem::setMenu(QMenu* menu) {
+    icon.setContextMenu(menu);
 }
