@@ -9,7 +9,7 @@ vorlune_build_packages=(
 vorlune_test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev clang-format python3
   clang libclang-rt-14-dev
-  xvfb xauth openbox tint2 xfce4-panel mate-panel xdotool imagemagick dbus dbus-bin x11-utils
+  xvfb xauth openbox tint2 xfce4-panel mate-panel tesseract-ocr xdotool imagemagick dbus dbus-bin x11-utils
   desktop-file-utils appstream dpkg-dev file
 )
 # Without a display, scripts/run shows Vorlune on a virtual one instead.

@@ -2,6 +2,7 @@
 xfce over StatusNotifierItem), driven from outside as a person would."""
 
 import os
+import re
 import signal
 import subprocess
 import sys
@@ -23,14 +24,18 @@ class Session(unittest.TestCase):
     """Vorlune started on a fresh desktop with the CPU and memory items in marker colours."""
 
     def setUp(self):
-        self.desktop = Desktop(os.environ.get("VORLUNE_TRAY_HOST", "tint2"),
-                               os.path.join(BINARY_DIR, "screenshots", "e2e", self._testMethodName))
+        self.start_vorlune()
+        self.cpu = self.wait_for(CPU, "start")
+        self.assertIsNotNone(self.cpu, "the CPU item is drawn in its colour")
+
+    def start_vorlune(self):
+        host = os.environ.get("VORLUNE_TRAY_HOST", "tint2")
+        self.desktop = Desktop(host, os.path.join(BINARY_DIR, "screenshots", "e2e",
+                                                  f"{self._testMethodName}-{host}"))
         self.addCleanup(self.desktop.close)
         self.desktop.start_tray_host()
         self.desktop.write_settings(SETTINGS)
         self.vorlune = self.desktop.spawn([VORLUNE])
-        self.cpu = self.wait_for(CPU, "start")
-        self.assertIsNotNone(self.cpu, "the CPU item is drawn in its colour")
 
     def wait_for(self, colour, name, present=True, timeout=15):
         def check():
@@ -125,6 +130,90 @@ class WholeApp(Session):
         self.assertTrue(self.window("^Vorlune: CPU$"), "CPU has an item: its popover opens")
         self.assertFalse(self.desktop.windows("--name", "^CPU$"), "and no stand-alone window")
         self.desktop.screenshot("cpu-popover-from-main")
+
+
+class Notifier(Session):
+    """StatusNotifierItem hosts: every item is a bus object of its own, read and driven
+    over D-Bus as the host does."""
+
+    def setUp(self):
+        self.start_vorlune()
+
+    def bus(self, service, path, method, *args):
+        return run(["gdbus", "call", "--session", "-d", service, "-o", path, "-m", method,
+                    *args], env=self.desktop.env).stdout
+
+    def registered(self):
+        return re.findall(r"'([^']+)'", self.bus(
+            "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+            "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierWatcher",
+            "RegisteredStatusNotifierItems"))
+
+    def items(self, count):
+        """Id -> (bus address, properties) once `count` items are registered."""
+        self.assertTrue(wait_until(lambda: len(self.registered()) == count, 20, 0.25),
+                        f"{count} items registered, not {self.registered()}")
+        found = {}
+        for address in self.registered():
+            service, path = address.split("/", 1)
+            answer = self.bus(service, "/" + path, "org.freedesktop.DBus.Properties.GetAll",
+                              "org.kde.StatusNotifierItem")
+            props = dict(re.findall(r"'(\w+)': <'([^']*)'>", answer))
+            props["ToolTip"] = re.search(r"'ToolTip': <\('', @?a?\(?iiay\)? ?\[\], '([^']*)', "
+                                         r"'([^']*)'\)>", answer).groups()
+            found[props["Id"]] = (service, "/" + path, props)
+        return found
+
+    def call(self, item, method, x, y):
+        service, path, _ = item
+        self.bus(service, path, "org.kde.StatusNotifierItem." + method, str(x), str(y))
+
+    def test_named_items_open_at_the_click_survive_a_panel_restart_and_quit(self):
+        items = wait_until(lambda: self.items(3), 5)
+        self.assertEqual(set(items), {"vorlune", "vorlune-cpu", "vorlune-memory"})
+        for item_id, (_, _, props) in items.items():
+            self.assertEqual(props["Category"], "Hardware", item_id)
+        self.assertEqual({props["Title"] for _, _, props in items.values()},
+                         {"Vorlune", "Vorlune CPU", "Vorlune Memory"})
+        # Text beside the icon only where the host draws it: MATE here, xfce4-panel not.
+        beside = self.desktop.host == "mate"
+        for item_id, name in (("vorlune-cpu", "CPU"), ("vorlune-memory", "Memory")):
+            props = wait_until(lambda: self.items(3)[item_id][2]
+                               if re.fullmatch(r"\d+%", self.items(3)[item_id][2]["ToolTip"][1])
+                               else None, 10)
+            self.assertTrue(props, f"{name}'s tooltip carries its value text")
+            self.assertEqual(props["ToolTip"][0], name)
+            self.assertEqual(props["XAyatanaLabel"], props["ToolTip"][1] if beside else "")
+        if beside:
+            time.sleep(2.5)
+            shot = self.desktop.crop(self.desktop.screenshot("labels"), (800, 0, 480, 30))
+            big = shot.replace(".png", "-x4.png")
+            run(["convert", shot, "-scale", "400%", "-colorspace", "gray", big], check=True)
+            text = run(["tesseract", big, "-"]).stdout
+            self.assertRegex(text, r"\d+ ?%.*\d+ ?%", "both labels stand in the panel")
+
+        # A click at x = 1000 opens the CPU popover centred there, under the panel.
+        self.call(items["vorlune-cpu"], "Activate", 1000, 10)
+        self.assertTrue(self.window("^Vorlune: CPU$"), "the CPU popover opened")
+        x, y, width, _ = self.desktop.windows("--name", "^Vorlune: CPU$")[0]
+        self.assertLessEqual(abs(x + width // 2 - 1000), 2)
+        self.assertGreaterEqual(y, 20, "below the panel, not over it")
+        self.desktop.screenshot("popover-at-click")
+        run(["xdotool", "key", "Escape"], env=self.desktop.env)
+
+        self.desktop.panel.kill()
+        self.desktop.panel.wait()
+        self.desktop.start_panel()
+        self.assertEqual(set(self.items(3)), set(items), "every item back once")
+
+        self.call(self.items(3)["vorlune"], "ContextMenu", 1100, 10)
+        menus = wait_until(lambda: self.desktop.windows("--class", "vorlune"), 10)
+        self.assertTrue(menus, "the menu opened")
+        self.desktop.screenshot("menu")
+        x, y, width, height = menus[0]
+        self.desktop.click(x + width // 2, y + height - 10)  # "Quit Vorlune", the last entry
+        self.assertEqual(self.vorlune.wait(timeout=15), 0)
+        self.assertTrue(wait_until(lambda: not self.registered(), 10), "no item outlives Vorlune")
 
 
 if __name__ == "__main__":
