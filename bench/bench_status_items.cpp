@@ -1,6 +1,8 @@
 // One whole redraw of all nine tray items: readings and settings to button
 // models, and each model composed into the 22 px picture a tray host shows.
+// The StatusNotifierItem case needs a session bus: run under dbus-run-session.
 #include "app/StatusBarManager.h"
+#include "app/linux/StatusNotifierItem.h"
 #include "monitors/SystemMonitor.h"
 #include "settings/AppSettings.h"
 #include "views/menubar/ButtonModel.h"
@@ -9,6 +11,8 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QTemporaryDir>
 
 namespace {
@@ -74,6 +78,42 @@ void BM_UpdateStatusItems(benchmark::State& state) {
     manager.removeAllStatusItems();
 }
 
+// The same over StatusNotifierItem, with a stand-in watcher so the items go on the bus.
+// Counts what a host fetches after each change: the pictures, tooltips and labels.
+void BM_UpdateStatusItemsOverBus(benchmark::State& state) {
+    QDBusConnection watcher = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "w");
+    if (!watcher.isConnected() ||
+        !watcher.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"))) {
+        state.SkipWithError("no session bus: run under dbus-run-session");
+        return;
+    }
+    NineItems items;
+    items.settings.setNetworkCombined(true);
+    items.settings.setPersistNetwork(true);
+    StatusBarManager manager;
+    manager.setup(items.monitor, items.settings);
+    manager.updateStatusItems();
+    auto offered = [&manager] {
+        qint64 bytes = 0;
+        for (const auto& [type, item] : manager.items())
+            if (const auto* sni = dynamic_cast<const StatusNotifierItem*>(item.get()))
+                bytes += sni->pictureBytesOffered() +
+                         2 * (sni->sniToolTip().text.size() + sni->label().size());
+        return bytes;
+    };
+    const qint64 before = offered();
+    int tick = 60;
+    for (auto _ : state) {
+        items.monitor.publish(sampleAt(tick++));
+        manager.updateStatusItems();
+    }
+    state.counters["items"] = double(manager.items().size());
+    state.counters["bytes_per_tick"] = double(offered() - before) / double(state.iterations());
+    manager.removeAllStatusItems();
+    watcher.unregisterService(QStringLiteral("org.kde.StatusNotifierWatcher"));
+    QDBusConnection::disconnectFromBus("w");
+}
+
 } // namespace
 
 BENCHMARK(BM_AllNineItemsModelsAndPictures)
@@ -81,6 +121,10 @@ BENCHMARK(BM_AllNineItemsModelsAndPictures)
     ->Repetitions(9)
     ->ReportAggregatesOnly(true);
 BENCHMARK(BM_UpdateStatusItems)
+    ->Unit(benchmark::kMicrosecond)
+    ->Repetitions(9)
+    ->ReportAggregatesOnly(true);
+BENCHMARK(BM_UpdateStatusItemsOverBus)
     ->Unit(benchmark::kMicrosecond)
     ->Repetitions(9)
     ->ReportAggregatesOnly(true);
