@@ -57,8 +57,13 @@ class Desktop:
     """Xvfb with openbox and tint2 (XEmbed), xfce4-panel (StatusNotifierItem, icons only)
     or mate-panel (StatusNotifierItem with text labels beside the icons)."""
 
-    def __init__(self, host, artifacts):
+    # Each panel's band on the 1280 x 800 screen: (x, y, width, height) of its tray end.
+    TRAY_END = {"tint2": (0, 770, 520, 30), "xfce": (760, 0, 520, 26), "mate": (760, 0, 520, 24)}
+
+    def __init__(self, host, artifacts, shade="default"):
+        """`shade` "light" or "dark" paints xfce4-panel so; "default" leaves its own look."""
         self.host, self.artifacts, self.processes, self.shots = host, artifacts, [], set()
+        self.shade = shade
         self.bus_pid = None
         os.makedirs(artifacts, exist_ok=True)
         self.home = tempfile.mkdtemp(prefix="vorlune-e2e-")
@@ -91,9 +96,17 @@ class Desktop:
             if self.host == "mate":
                 self.env["XDG_CURRENT_DESKTOP"] = "MATE"
             # xfconfd inherits the bus's environment: the panel layout must be there first.
+            with open(os.path.join(HERE, "xfce4-panel-minimal.xml")) as layout:
+                layout = layout.read()
+            if self.shade != "default":
+                grey = "0.19" if self.shade == "dark" else "0.92"
+                layout = layout.replace('<property name="size"', (
+                    '<property name="background-style" type="uint" value="1"/>'
+                    '<property name="background-rgba" type="array">' +
+                    f'<value type="double" value="{grey}"/>' * 3 +
+                    '<value type="double" value="1"/></property><property name="size"'))
             write_file(os.path.join(self.config, "xfce4/xfconf/xfce-perchannel-xml",
-                                    "xfce4-panel.xml"),
-                       open(os.path.join(HERE, "xfce4-panel-minimal.xml")).read())
+                                    "xfce4-panel.xml"), layout)
             address, pid = run(["dbus-daemon", "--session", "--fork", "--print-address=1",
                                 "--print-pid=1"], env=self.env, check=True).stdout.split()
             self.env["DBUS_SESSION_BUS_ADDRESS"], self.bus_pid = address, int(pid)

@@ -132,6 +132,33 @@ class WholeApp(Session):
         self.desktop.screenshot("cpu-popover-from-main")
 
 
+class Strip(unittest.TestCase):
+    """Eight reading items and the main one in "Graph & Text" on the host's panel, light and
+    dark: the README's panel pictures are these crops."""
+
+    def test_every_item_stands_in_a_light_and_a_dark_panel(self):
+        host = os.environ.get("VORLUNE_TRAY_HOST", "tint2")
+        items = ["persistCPU", "persistMemory", "persistDisk", "persistNetwork", "networkCombined",
+                 "persistCPUTemp", "persistGPUTemp", "persistFan"]
+        # tint2 on Xvfb draws no panel background whatever its colour, and a dark MATE
+        # panel needs a dark theme for its label text, not a colour: one strip each.
+        shades = {"tint2": ("dark",), "mate": ("light",)}.get(host, ("light", "dark"))
+        for shade in shades:
+            with self.subTest(shade=shade):
+                desktop = Desktop(host, os.path.join(BINARY_DIR, "screenshots", "panels"), shade)
+                self.addCleanup(desktop.close)
+                desktop.start_tray_host()
+                desktop.write_settings({item: "true" for item in items})
+                empty = desktop.crop(desktop.screenshot(f"{shade}-empty"), desktop.TRAY_END[host])
+                desktop.spawn([VORLUNE])
+                time.sleep(8)  # a few samples, so the graphs have a line to show
+                strip = desktop.crop(desktop.screenshot(shade), desktop.TRAY_END[host])
+                # MATE draws the labels only (no icons on Xvfb): a few dozen pixels an item.
+                self.assertGreater(desktop.changed_pixels(empty, strip), 8 * 40)
+                print("panel strip:", strip)
+                desktop.close()
+
+
 class Notifier(Session):
     """StatusNotifierItem hosts: every item is a bus object of its own, read and driven
     over D-Bus as the host does."""
