@@ -139,9 +139,76 @@ protected:
                                    .networkBytesIn = 1572864.0,
                                    .networkBytesOut = 524288.0,
                                    .temperature = 78.0,
+                                   .gpuTemperature = 65.0,
                                    .fanSpeed = 2400};
     std::optional<TrayIconComposer> composer;
 };
+
+/// Heights of the runs of rows holding ink of at least `alpha`: one per line of text.
+std::vector<int> inkLines(const QImage& image, int alpha = 110) {
+    std::vector<int> lines;
+    bool inLine = false;
+    for (int y = 0; y < image.height(); ++y) {
+        bool ink = false;
+        for (int x = 0; x < image.width() && !ink; ++x)
+            ink = image.pixelColor(x, y).alpha() >= alpha;
+        if (ink && !inLine)
+            lines.push_back(0);
+        if (ink)
+            ++lines.back();
+        inLine = ink;
+    }
+    return lines;
+}
+
+// The narrowest and widest value of each kind draw their digits equally tall, and tall
+// enough to read at 22 px; the combined network item on two lines.
+TEST_F(TrayIconTest, TextKeepsOneLegibleSizeWhateverTheValue) {
+    using S = SensorType;
+    const struct {
+        S type;
+        MenuBarReadings narrow, wide;
+        int lines, minimumAt22;
+    } cases[] = {
+        {S::cpu, {.cpuUsage = 0.05}, {.cpuUsage = 1.0}, 2, 9},
+        {S::memory,
+         {.memoryUsed = 1, .memoryTotal = 16},
+         {.memoryUsed = 16, .memoryTotal = 16},
+         2,
+         9},
+        {S::disk, {.diskUsed = 1, .diskTotal = 100}, {.diskUsed = 100, .diskTotal = 100}, 2, 9},
+        {S::cpuTemp, {.temperature = 5}, {.temperature = 100}, 2, 9},
+        {S::gpuTemp, {.gpuTemperature = 5}, {.gpuTemperature = 100}, 2, 9},
+        {S::networkIn, {.networkBytesIn = 0}, {.networkBytesIn = 99.9 * 1048576}, 2, 7},
+        {S::network, {}, {.networkBytesIn = 99.9 * 1048576, .networkBytesOut = 1023 * 1024}, 2, 7},
+        {S::fan, {.fanSpeed = 800}, {.fanSpeed = 8888}, 1, 7},
+    };
+    for (const auto& c : cases) {
+        for (int side : {22, 44}) {
+            SCOPED_TRACE(std::string(rawValue(c.type)) + " at " + std::to_string(side));
+            MenuBarAppearance text = look(PersistentStyle::textOnly);
+            text.memoryColor = text.diskColor = text.networkColor = text.temperatureColor =
+                text.fanColor = blue;
+            const auto narrow =
+                inkLines(composer->compose(buildButtonModel(c.type, c.narrow, text), side));
+            const auto wide = composer->compose(buildButtonModel(c.type, c.wide, text), side);
+            const auto wideLines = inkLines(wide);
+            ASSERT_FALSE(narrow.empty());
+            EXPECT_EQ(narrow.front(), wideLines.front()) << "the digits change size";
+            if (side == 22) {
+                EXPECT_EQ(wideLines.size(), std::size_t(c.lines));
+                for (std::size_t i = 0; i < (c.lines == 2 && c.type == S::network ? 2u : 1u); ++i)
+                    EXPECT_GE(wideLines[i], c.minimumAt22) << "line " << i;
+            }
+            // VORLUNE_SQUARES=<folder> keeps the pictures and prints the heights, to look at.
+            if (const QString folder = qEnvironmentVariable("VORLUNE_SQUARES"); !folder.isEmpty()) {
+                std::printf("%s %d: digits %d px, %zu lines\n", rawValue(c.type).data(), side,
+                            wideLines.front(), wideLines.size());
+                wide.save(QStringLiteral("%1/%2-%3.png").arg(folder).arg(int(c.type)).arg(side));
+            }
+        }
+    }
+}
 
 // Drawn at twice the ratio: a logical-size mistake would fill only a quarter of the icon.
 TEST_F(TrayIconTest, TextFillsTheSquareInTheItemColourWithTheIconWhenAsked) {
@@ -157,9 +224,9 @@ TEST_F(TrayIconTest, TextFillsTheSquareInTheItemColourWithTheIconWhenAsked) {
                 for (int x = ink.left(); x <= ink.right(); ++x)
                     found = found || looksLike(image.pixelColor(x, y), colour, 160, 8);
             EXPECT_TRUE(found) << "no solid pixel of the item colour";
-            // The combined network item has no icon of its own.
+            // The combined network item has no icon of its own, and below 32 px none is drawn.
             EXPECT_EQ(image == compose(type, look(PersistentStyle::textOnly, false), side, 2.0),
-                      type == SensorType::network);
+                      type == SensorType::network || side < 32);
         }
     }
 }

@@ -75,8 +75,9 @@ QString menuBarValueText(SensorType type, const MenuBarReadings& readings) {
 }
 
 QString widestValueText(SensorType type) {
-    // Rates above 999.9M are rare enough to be allowed to widen the label.
-    const QString widestRate = QStringLiteral("888.8M");
+    // Four digits and a unit ("1023K", "99.9M"); only rates of 100 MB/s and more are wider,
+    // rare enough on a desktop to be drawn smaller, or widen the label, when they come.
+    const QString widestRate = QStringLiteral("1023K");
     switch (type) {
     case SensorType::cpu:
     case SensorType::memory:

@@ -1,5 +1,6 @@
 #include "TrayIconComposer.h"
 
+#include "MenuBarValueText.h"
 #include "RingGauge.h"
 #include "Sparkline.h"
 
@@ -14,6 +15,34 @@ namespace {
 constexpr qreal designPixels = 22.0;
 // Under the text, the graph takes at most this share of the height.
 constexpr qreal graphShareUnderText = 0.5;
+// Below this size an icon run would halve the number; the tooltip and label carry it.
+constexpr int smallestSideWithIcon = 32;
+
+// The title as the square draws it, with `value` (when given) in place of the value text.
+// The download and upload items keep their arrow whatever the icon setting: "0B" alone
+// does not say which way.
+std::vector<TitleRun> squareTitle(const ButtonModel& model, int pixelSize,
+                                  const std::optional<QString>& value = std::nullopt) {
+    std::vector<TitleRun> runs;
+    bool hasIcon = false;
+    for (const TitleRun& run : model.title) {
+        if (run.kind == TitleRun::Kind::icon) {
+            if (pixelSize < smallestSideWithIcon)
+                continue;
+            hasIcon = true;
+        }
+        runs.push_back(run);
+        if (run.kind == TitleRun::Kind::value && value)
+            runs.back().text = *value;
+    }
+    const bool directional =
+        model.type == SensorType::networkIn || model.type == SensorType::networkOut;
+    if (directional && !hasIcon)
+        for (TitleRun& run : runs)
+            if (run.kind == TitleRun::Kind::value)
+                run.text = menuBarIcon(model.type) + run.text.trimmed();
+    return runs;
+}
 
 bool validProportions(const MenuBarGraph& graph) {
     return std::isfinite(graph.width) && std::isfinite(graph.height) && graph.width > 0.0 &&
@@ -76,8 +105,10 @@ QImage TrayIconComposer::compose(const ButtonModel& model, int pixelSize,
     }
     // A thin side margin keeps glyph overhangs inside the picture.
     const qreal margin = 0.5 * unit;
+    const std::vector<TitleRun> title = squareTitle(model, pixelSize);
+    const std::vector<TitleRun> widest = squareTitle(model, pixelSize, widestValueText(model.type));
     if (!drawsGraph) {
-        text.paint(painter, text.place(model.title, square.adjusted(margin, 0, -margin, 0)));
+        text.paint(painter, text.place(title, square.adjusted(margin, 0, -margin, 0), &widest));
         return image;
     }
 
@@ -86,7 +117,7 @@ QImage TrayIconComposer::compose(const ButtonModel& model, int pixelSize,
         fitted(*model.image, QRectF(0.0, side - graphHeight, side, graphHeight));
     const QRectF textBox(margin, 0.0, side - 2.0 * margin, graphRect.top() - unit);
     paintGraph(painter, *model.image, graphRect, unit);
-    text.paint(painter, text.place(model.title, textBox));
+    text.paint(painter, text.place(title, textBox, &widest));
     return image;
 }
 

@@ -12,9 +12,13 @@ namespace {
 constexpr qreal referencePixels = 64.0;
 constexpr qreal smallUnitScale = 0.6;
 constexpr qreal pieceGap = 0.2; // em, between icon and value and between two values
-constexpr qreal lineGap = 0.1;  // em
+constexpr qreal lineGap = 0.15; // em
 // A more broken-up layout must draw the number this much larger to be chosen.
 constexpr qreal betterBy = 1.15;
+// Values are narrowed so three digits stand 9 px tall in a 22 px square; rates with their
+// arrow more, for 7 px digits on each line of the combined network item.
+constexpr qreal narrowed = 0.8;
+constexpr qreal narrowedPair = 0.7;
 
 QFont atReferenceSize(QFont font) {
     font.setPixelSize(static_cast<int>(referencePixels));
@@ -24,19 +28,26 @@ QFont atReferenceSize(QFont font) {
 }
 
 struct ValueSegment {
+    QString prefix;
     QString number;
     QString unit;
 };
 
-// "1.5M" → "1.5" and "M"; "—" has no digits and is all number.
+// "↓1.5M" → "↓", "1.5" and "M"; "—" has no digits and is all number.
 ValueSegment splitNumber(const QString& segment) {
+    qsizetype firstDigit = -1;
     qsizetype lastDigit = -1;
-    for (qsizetype i = 0; i < segment.size(); ++i)
-        if (segment[i].isDigit())
-            lastDigit = i;
+    for (qsizetype i = 0; i < segment.size(); ++i) {
+        if (!segment[i].isDigit())
+            continue;
+        if (firstDigit < 0)
+            firstDigit = i;
+        lastDigit = i;
+    }
     if (lastDigit < 0)
-        return {segment, {}};
-    return {segment.left(lastDigit + 1), segment.mid(lastDigit + 1)};
+        return {{}, segment, {}};
+    return {segment.left(firstDigit), segment.mid(firstDigit, lastDigit + 1 - firstDigit),
+            segment.mid(lastDigit + 1)};
 }
 
 } // namespace
@@ -77,10 +88,19 @@ TrayTextLayout::candidates(const std::vector<TitleRun>& title) const {
     const bool hasUnit = std::any_of(segments.begin(), segments.end(),
                                      [](const ValueSegment& s) { return !s.unit.isEmpty(); });
 
+    const bool arrowed = std::any_of(segments.begin(), segments.end(),
+                                     [](const ValueSegment& s) { return !s.prefix.isEmpty(); });
+    const qreal width = segments.size() > 1 || arrowed ? narrowedPair : narrowed;
     auto segmentPieces = [&](const ValueSegment& segment, qreal unitScale, qreal gap) {
-        Line line{{TitleRun::Kind::value, segment.number, 1.0, gap, valueColour}};
+        Line line;
+        if (!segment.prefix.isEmpty())
+            line.push_back(
+                {TitleRun::Kind::value, segment.prefix, smallUnitScale, gap, valueColour, width});
+        line.push_back({TitleRun::Kind::value, segment.number, 1.0,
+                        segment.prefix.isEmpty() ? gap : 0.0, valueColour, width});
         if (!segment.unit.isEmpty())
-            line.push_back({TitleRun::Kind::value, segment.unit, unitScale, 0.0, valueColour});
+            line.push_back(
+                {TitleRun::Kind::value, segment.unit, unitScale, 0.0, valueColour, width});
         return line;
     };
     auto oneLine = [&](qreal unitScale) {
@@ -98,8 +118,9 @@ TrayTextLayout::candidates(const std::vector<TitleRun>& title) const {
         return lines;
     };
     auto unitBelow = [&] {
-        return Candidate{{{TitleRun::Kind::value, segments[0].number, 1.0, 0.0, valueColour}},
-                         {{TitleRun::Kind::value, segments[0].unit, 1.0, 0.0, valueColour}}};
+        Line number = segmentPieces({segments[0].prefix, segments[0].number, {}}, 1.0, 0.0);
+        return Candidate{number,
+                         {{TitleRun::Kind::value, segments[0].unit, 1.0, 0.0, valueColour, width}}};
     };
 
     // Simplest first; the icon goes in front of the first line or on a line of its own.
@@ -157,7 +178,8 @@ TrayTextLayout::Extent TrayTextLayout::lineExtent(const Line& line) const {
         // Values are as tall as digits whatever their glyphs, so "—" is not drawn giant.
         if (piece.kind == TitleRun::Kind::value)
             ink = ink.united(digitBounds);
-        extent.width += piece.gapBefore * referencePixels + size.advance * piece.scale;
+        extent.width +=
+            piece.gapBefore * referencePixels + size.advance * piece.scale * piece.widthScale;
         extent.top = std::min(extent.top, ink.top() * piece.scale);
         extent.bottom = std::max(extent.bottom, ink.bottom() * piece.scale);
     }
@@ -167,53 +189,76 @@ TrayTextLayout::Extent TrayTextLayout::lineExtent(const Line& line) const {
     return extent;
 }
 
-std::vector<PlacedText> TrayTextLayout::place(const std::vector<TitleRun>& title,
-                                              const QRectF& box) const {
+std::optional<TrayTextLayout::Fit> TrayTextLayout::fitOf(const std::vector<Candidate>& all,
+                                                         std::size_t index,
+                                                         const QRectF& box) const {
+    Fit fit{index, {}, 0.0};
+    qreal widest = 0.0;
+    qreal height = lineGap * static_cast<qreal>(all[index].size() - 1);
+    for (const Line& line : all[index]) {
+        fit.extents.push_back(lineExtent(line));
+        widest = std::max(widest, fit.extents.back().width);
+        height += fit.extents.back().bottom - fit.extents.back().top;
+    }
+    if (widest <= 0.0 || height <= 0.0)
+        return std::nullopt;
+    fit.em = std::min(box.width() / widest, box.height() / height);
+    return fit;
+}
+
+std::optional<TrayTextLayout::Fit> TrayTextLayout::bestFit(const std::vector<Candidate>& all,
+                                                           const QRectF& box) const {
+    std::optional<Fit> chosen;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        std::optional<Fit> fit = fitOf(all, i, box);
+        if (fit && (!chosen || fit->em > chosen->em * betterBy))
+            chosen = std::move(fit);
+    }
+    return chosen;
+}
+
+std::vector<PlacedText> TrayTextLayout::place(const std::vector<TitleRun>& title, const QRectF& box,
+                                              const std::vector<TitleRun>* sizing) const {
     if (box.width() <= 0.0 || box.height() <= 0.0)
         return {};
-
-    const Candidate* chosen = nullptr;
-    std::vector<Extent> chosenExtents;
-    qreal chosenEm = 0.0;
     const std::vector<Candidate> all = candidates(title);
-    for (const Candidate& candidate : all) {
-        std::vector<Extent> extents;
-        qreal widest = 0.0;
-        qreal height = lineGap * static_cast<qreal>(candidate.size() - 1);
-        for (const Line& line : candidate) {
-            extents.push_back(lineExtent(line));
-            widest = std::max(widest, extents.back().width);
-            height += extents.back().bottom - extents.back().top;
-        }
-        if (widest <= 0.0 || height <= 0.0)
-            continue;
-        const qreal em = std::min(box.width() / widest, box.height() / height);
-        if (!chosen || em > chosenEm * betterBy) {
-            chosen = &candidate;
-            chosenExtents = std::move(extents);
-            chosenEm = em;
+    std::optional<Fit> chosen;
+    if (sizing) {
+        // The layout the widest text takes, at its size: a "—" or a short value where the
+        // widest has a unit falls back to the simplest layout, never larger than that size.
+        if (const std::optional<Fit> widest = bestFit(candidates(*sizing), box)) {
+            chosen = fitOf(all, widest->index < all.size() ? widest->index : 0, box);
+            if (!chosen && !all.empty())
+                chosen = fitOf(all, 0, box);
+            if (chosen)
+                chosen->em = std::min(chosen->em, widest->em);
         }
     }
     if (!chosen)
+        chosen = bestFit(all, box);
+    if (!chosen)
         return {};
+    const Candidate& lines = all[chosen->index];
+    const qreal em = chosen->em;
 
-    qreal blockHeight = lineGap * static_cast<qreal>(chosen->size() - 1);
-    for (const Extent& extent : chosenExtents)
+    qreal blockHeight = lineGap * static_cast<qreal>(lines.size() - 1);
+    for (const Extent& extent : chosen->extents)
         blockHeight += extent.bottom - extent.top;
-    qreal y = box.top() + (box.height() - blockHeight * chosenEm) / 2.0;
+    qreal y = box.top() + (box.height() - blockHeight * em) / 2.0;
 
     std::vector<PlacedText> placed;
-    for (std::size_t i = 0; i < chosen->size(); ++i) {
-        const Extent& extent = chosenExtents[i];
-        const qreal baseline = y - extent.top * chosenEm;
-        qreal x = box.left() + (box.width() - extent.width * chosenEm) / 2.0;
-        for (const Piece& piece : (*chosen)[i]) {
-            x += piece.gapBefore * chosenEm;
-            placed.push_back({piece.kind, piece.text, QPointF(x, baseline), chosenEm * piece.scale,
-                              piece.colour});
-            x += measure(piece.kind, piece.text).advance / referencePixels * chosenEm * piece.scale;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const Extent& extent = chosen->extents[i];
+        const qreal baseline = y - extent.top * em;
+        qreal x = box.left() + (box.width() - extent.width * em) / 2.0;
+        for (const Piece& piece : lines[i]) {
+            x += piece.gapBefore * em;
+            placed.push_back({piece.kind, piece.text, QPointF(x, baseline), em * piece.scale,
+                              piece.colour, piece.widthScale});
+            x += measure(piece.kind, piece.text).advance / referencePixels * em * piece.scale *
+                 piece.widthScale;
         }
-        y += (extent.bottom - extent.top + lineGap) * chosenEm;
+        y += (extent.bottom - extent.top + lineGap) * em;
     }
     return placed;
 }
@@ -226,7 +271,7 @@ void TrayTextLayout::paint(QPainter& painter, const std::vector<PlacedText>& pie
         painter.setPen(piece.colour);
         painter.translate(piece.origin);
         const qreal factor = piece.pixelSize / referencePixels;
-        painter.scale(factor, factor);
+        painter.scale(factor * piece.widthScale, factor);
         painter.drawText(QPointF(0.0, 0.0), piece.text);
         painter.restore();
     }
