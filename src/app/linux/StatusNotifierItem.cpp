@@ -72,10 +72,6 @@ bool StatusNotifierItem::watcherAvailable() {
            bus.interface()->isServiceRegistered(watcherService);
 }
 
-QString StatusNotifierItem::serviceName() const {
-    return connection ? connection->baseService() : QString();
-}
-
 void StatusNotifierItem::registerWithWatcher() {
     QDBusMessage call = QDBusMessage::createMethodCall(
         watcherService, QStringLiteral("/StatusNotifierWatcher"), watcherService,

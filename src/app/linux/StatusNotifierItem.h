@@ -39,8 +39,6 @@ public:
     SniToolTip sniToolTip() const { return toolTip_; }
     QString label() const { return label_; }
     QString labelGuide() const { return labelGuide_; }
-    /// The bus name hosts reach this item at.
-    QString serviceName() const;
     /// Picture bytes a host fetches after each new icon, summed over the item's life.
     qint64 pictureBytesOffered() const { return bytesOffered; }
 
