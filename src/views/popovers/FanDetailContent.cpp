@@ -9,9 +9,9 @@
 #include "QueuedRefresh.h"
 #include "SensorAccent.h"
 #include "SymbolLabel.h"
-#include "tray/Symbols.h"
 #include "monitors/SystemMonitor.h"
 #include "settings/AppSettings.h"
+#include "tray/Symbols.h"
 #include "views/menubar/MenuBarColor.h"
 #include "views/settings/ToggleSwitch.h"
 

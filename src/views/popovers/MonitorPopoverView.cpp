@@ -10,9 +10,9 @@
 #include "SparklineView.h"
 #include "SymbolLabel.h"
 #include "ToolLauncher.h"
-#include "tray/Symbols.h"
 #include "monitors/SystemMonitor.h"
 #include "settings/AppSettings.h"
+#include "tray/Symbols.h"
 #include "views/menubar/MenuBarColor.h"
 
 #include <QCoreApplication>

@@ -11,9 +11,9 @@
 #include "SensorAccent.h"
 #include "SymbolLabel.h"
 #include "TemperatureDetailBody.h"
-#include "tray/Symbols.h"
 #include "monitors/SystemMonitor.h"
 #include "settings/AppSettings.h"
+#include "tray/Symbols.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
