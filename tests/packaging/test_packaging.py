@@ -26,7 +26,7 @@ DESKTOP_FILE = "share/applications/vorlune.desktop"
 ICON = "share/icons/hicolor/scalable/apps/vorlune.svg"
 METAINFO = "share/metainfo/io.github.orrindale.vorlune.metainfo.xml"
 LICENCES = {"share/doc/vorlune/LICENSE": "LICENSE",
-            "share/doc/vorlune/LICENSE-lucide.txt": "src/resources/icons/LICENSE-lucide.txt"}
+            "share/doc/vorlune/LICENSE-lucide.txt": "src/tray/resources/icons/LICENSE-lucide.txt"}
 QT_RUNTIME = ("libqt6core6", "libqt6gui6", "libqt6widgets6", "libqt6svg6", "libqt6dbus6",
               "libqt6network6", "qt6-qpa-plugins")
 
