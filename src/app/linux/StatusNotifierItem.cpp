@@ -135,7 +135,7 @@ void StatusNotifierItem::setModel(const ButtonModel& model, bool textBesideIcon)
     const QString symbol = sensorSymbolName(model.type);
     const QColor colour = valueColour(model);
     showPictures(
-        [&](int side) { return symbolPixmap(symbol.toStdString(), colour, side).toImage(); });
+        [&](qreal scale) { return symbolPixmap(symbol.toStdString(), colour, side, scale).toImage(); });
 }
 
 void StatusNotifierItem::setSymbol(const QIcon& symbol, const QString& toolTip) {
