@@ -134,8 +134,9 @@ void StatusNotifierItem::setModel(const ButtonModel& model, bool textBesideIcon)
     }
     const QString symbol = sensorSymbolName(model.type);
     const QColor colour = valueColour(model);
-    showPictures(
-        [&](qreal scale) { return symbolPixmap(symbol.toStdString(), colour, side, scale).toImage(); });
+    showPictures([&](qreal scale) {
+        return symbolPixmap(symbol.toStdString(), colour, side, scale).toImage();
+    });
 }
 
 void StatusNotifierItem::setSymbol(const QIcon& symbol, const QString& toolTip) {
