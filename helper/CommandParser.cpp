@@ -1,8 +1,11 @@
 #include "CommandParser.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr std::size_t maxDigits = 9;
+constexpr std::uint32_t maxPercent = 100;
 
 std::vector<std::string_view> splitOnSpaces(std::string_view line) {
     std::vector<std::string_view> words;
@@ -46,43 +49,73 @@ std::optional<std::uint32_t> parseNumber(std::string_view word, std::string& err
     return value;
 }
 
+std::optional<FanValue> parseFanValue(std::string_view key, std::string_view number,
+                                      std::string& error) {
+    if (!isCommandFanKey(key)) {
+        error = key.empty() ? "missing fan key or extra space" : "not a fan key";
+        return std::nullopt;
+    }
+    const auto value = parseNumber(number, error);
+    if (!value)
+        return std::nullopt;
+    return FanValue{std::string(key), *value};
+}
+
 } // namespace
+
+bool isCommandFanKey(std::string_view key) {
+    const auto allowed = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+               c == '.' || c == '_' || c == '-' || c == ':' || c == '/' || c == '+';
+    };
+    return !key.empty() && key.size() <= maxFanKeyBytes &&
+           std::all_of(key.begin(), key.end(), allowed);
+}
 
 ParsedCommand parseCommand(std::string_view line) {
     if (line.size() > maxCommandLineBytes)
-        return refuse("line longer than 128 bytes");
+        return refuse("line longer than " + std::to_string(maxCommandLineBytes) + " bytes");
     const std::vector<std::string_view> words = splitOnSpaces(line);
     const std::string_view verb = words.front();
     const std::size_t argumentCount = words.size() - 1;
 
     Command command;
+    std::string error;
     if (verb == "quit" && argumentCount == 0)
         return {command, {}};
-    if (verb == "set-fan" && argumentCount == 2)
-        command.kind = CommandKind::setFan;
-    else if (verb == "set-all" && argumentCount >= 1)
-        command.kind = CommandKind::setAll;
-    else if (verb == "fan-auto" && argumentCount == 1)
-        command.kind = CommandKind::fanAuto;
-    else if (verb == "quit" || verb == "set-fan" || verb == "set-all" || verb == "fan-auto")
-        return refuse("wrong number of arguments for " + std::string(verb));
-    else
-        return refuse("unknown command");
-
-    std::vector<std::uint32_t> numbers;
-    for (std::size_t i = 1; i < words.size(); ++i) {
-        std::string error;
-        const auto number = parseNumber(words[i], error);
-        if (!number)
+    if ((verb == "set-fan" || verb == "set-duty") && argumentCount == 2) {
+        command.kind = verb == "set-fan" ? CommandKind::setFan : CommandKind::setDuty;
+        const auto fan = parseFanValue(words[1], words[2], error);
+        if (!fan)
             return refuse(std::move(error));
-        numbers.push_back(*number);
+        if (command.kind == CommandKind::setDuty && fan->value > maxPercent)
+            return refuse("duty above 100 percent");
+        command.fans.push_back(*fan);
+        return {command, {}};
     }
-    if (command.kind == CommandKind::setAll) {
-        command.rpms = std::move(numbers);
-    } else {
-        command.fanId = numbers[0];
-        if (command.kind == CommandKind::setFan)
-            command.rpms = {numbers[1]};
+    if (verb == "fan-auto" && argumentCount == 1) {
+        if (!isCommandFanKey(words[1]))
+            return refuse(words[1].empty() ? "missing fan key or extra space" : "not a fan key");
+        command.kind = CommandKind::fanAuto;
+        command.fans.push_back({std::string(words[1]), 0});
+        return {command, {}};
     }
-    return {command, {}};
+    if (verb == "set-all" && argumentCount >= 1) {
+        command.kind = CommandKind::setAll;
+        for (std::size_t i = 1; i < words.size(); ++i) {
+            const std::size_t equals = words[i].find('=');
+            if (equals == std::string_view::npos)
+                return refuse("set-all takes <key>=<rpm> pairs");
+            const auto fan =
+                parseFanValue(words[i].substr(0, equals), words[i].substr(equals + 1), error);
+            if (!fan)
+                return refuse(std::move(error));
+            command.fans.push_back(*fan);
+        }
+        return {command, {}};
+    }
+    if (verb == "quit" || verb == "set-fan" || verb == "set-duty" || verb == "set-all" ||
+        verb == "fan-auto")
+        return refuse("wrong number of arguments for " + std::string(verb));
+    return refuse("unknown command");
 }

@@ -121,58 +121,59 @@ bool FanDaemon::handleLine(std::string_view line) {
         return true;
     }
     const Command& command = *parsed.command;
-    const bool setsSpeed =
-        command.kind == CommandKind::setFan || command.kind == CommandKind::setAll;
-    if (setsSpeed && failsafe_.engaged()) {
+    if (command.kind == CommandKind::quit)
+        return false;
+    // Every fan a command names must be one of ours before anything is written, so a
+    // set-all never moves some fans and then stops at an unknown one.
+    std::vector<std::size_t> ids;
+    for (const FanValue& fan : command.fans) {
+        const std::optional<std::size_t> id = guard_.indexOf(fan.key);
+        if (!id) {
+            reportError("refused: unknown fan " + fan.key);
+            return true;
+        }
+        ids.push_back(*id);
+    }
+    if (command.kind == CommandKind::fanAuto) {
+        restoreFan(ids[0]);
+        return true;
+    }
+    if (failsafe_.engaged()) {
         reportError("refused: fans are handed back until the temperature is safe and readable");
         return true;
     }
-    switch (command.kind) {
-    case CommandKind::quit:
-        return false;
-    case CommandKind::fanAuto:
-        if (command.fanId >= guard_.fanCount())
-            reportError("refused: fan id out of range");
-        else
-            restoreFan(command.fanId);
-        return true;
-    case CommandKind::setFan:
-        if (command.fanId >= guard_.fanCount())
-            reportError("refused: fan id out of range");
-        else if (!guard_.isControllable(command.fanId))
-            reportError("refused: fan " + std::to_string(command.fanId) + " cannot be controlled");
-        else
-            setFan(command.fanId, command.rpms[0]);
-        return true;
-    case CommandKind::setAll:
-        if (command.rpms.size() > guard_.fanCount()) {
-            reportError("refused: more speeds than fans");
+    const bool duty = command.kind == CommandKind::setDuty;
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        const bool accepted = duty ? guard_.takesDuty(ids[i]) : guard_.takesSpeed(ids[i]);
+        if (!accepted) {
+            reportError("refused: fan " + command.fans[i].key +
+                        (!guard_.isControllable(ids[i]) ? " cannot be controlled"
+                         : duty                         ? " takes no duty"
+                                                        : " reports no maximum; set its duty"));
             return true;
         }
-        // Fans without a control keep their place in the list and are passed over.
-        for (std::size_t id = 0; id < command.rpms.size() && !writeFailed_; ++id) {
-            if (guard_.isControllable(id))
-                setFan(id, command.rpms[id]);
-        }
-        writeFailed_ = false;
-        return true;
     }
+    for (std::size_t i = 0; i < ids.size() && !writeFailed_; ++i)
+        setFan(ids[i], command.fans[i].value, duty);
+    writeFailed_ = false;
     return true;
 }
 
-void FanDaemon::setFan(std::size_t id, long long rpm) {
-    if (rpm < guard_.minimumRpm(id) && guard_.isControllable(id))
-        reportError("fan " + std::to_string(id) + " held at its minimum of " +
-                    std::to_string(guard_.minimumRpm(id)) + " RPM");
-    switch (guard_.drive(id, rpm)) {
+void FanDaemon::setFan(std::size_t id, long long value, bool duty) {
+    const std::string& key = guard_.keyOf(id);
+    const long long floor = duty ? guard_.minimumDutyPercent(id) : guard_.minimumRpm(id);
+    if (value < floor)
+        reportError("fan " + key + " held at its minimum of " + std::to_string(floor) +
+                    (duty ? " %" : " RPM"));
+    switch (duty ? guard_.driveDuty(id, value) : guard_.drive(id, value)) {
     case FanGuard::DriveResult::driven:
     case FanGuard::DriveResult::notControllable:
         return;
     case FanGuard::DriveResult::saveFailed:
-        reportError("refused: cannot read the state of fan " + std::to_string(id));
+        reportError("refused: cannot read the state of fan " + key);
         return;
     case FanGuard::DriveResult::writeFailed:
-        reportError("writing fan " + std::to_string(id) + " failed; handing every fan back");
+        reportError("writing fan " + key + " failed; handing every fan back");
         restoreAll();
         writeFailed_ = true;
         return;
@@ -205,11 +206,10 @@ bool FanDaemon::restoreFan(std::size_t id) {
     case FanGuard::RestoreResult::restored:
         return true;
     case FanGuard::RestoreResult::fullSpeed:
-        reportError("fan " + std::to_string(id) +
-                    " could not be restored; running it at full speed");
+        reportError("fan " + guard_.keyOf(id) + " could not be restored; running it at full speed");
         return false;
     case FanGuard::RestoreResult::failed:
-        reportError("fan " + std::to_string(id) + " could not be restored nor set to full speed");
+        reportError("fan " + guard_.keyOf(id) + " could not be restored nor set to full speed");
         return false;
     }
     return false;

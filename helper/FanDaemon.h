@@ -23,10 +23,10 @@ struct WatchedSensor {
 /// still watched. Empty when nothing can be read: manual control is then refused.
 std::vector<WatchedSensor> openWatchedSensors(const SensorReadings& readings);
 
-/// The fan-control daemon: one command per line on its input, nothing on its output
-/// after the ready line, refusals on standard error. Whatever ends it (quit, end of
-/// input, SIGTERM/SIGINT/SIGHUP/SIGQUIT) hands every fan back first and then empties the
-/// state file; a SIGKILL leaves the file for the next daemon to restore from.
+/// The fan-control daemon: one command per line (see CommandParser.h) on its input, nothing on its
+/// output after the ready line, refusals on standard error. Whatever ends it (quit, end of input,
+/// SIGTERM/SIGINT/SIGHUP/SIGQUIT) hands every fan back first and then empties the state file; a
+/// SIGKILL leaves the file for the next daemon to restore from.
 class FanDaemon {
 public:
     FanDaemon(FanGuard guard, std::vector<WatchedSensor> watched, DaemonRunDir runDir);
@@ -39,7 +39,7 @@ public:
 
 private:
     bool handleLine(std::string_view line); // false once the daemon should end
-    void setFan(std::size_t id, long long rpm);
+    void setFan(std::size_t id, long long value, bool duty);
     void checkTemperatures();
     std::string watchedName() const;
     bool restoreFan(std::size_t id);

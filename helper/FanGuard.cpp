@@ -7,7 +7,9 @@
 
 namespace {
 
-constexpr long long defaultMaxRpm = 6000;
+// Never shown or reported: it only bounds a speed-target fan that names no maximum,
+// giving it a floor (20 % of this) and a "full speed" to fall back on.
+constexpr long long assumedMaxRpm = 6000;
 constexpr long long fullDuty = 255;
 constexpr long long manualMode = 1;
 constexpr long long minimumPercent = 20;
@@ -17,10 +19,13 @@ constexpr long long minimumPercent = 20;
 FanGuard::FanGuard(const std::vector<FanReading>& fans) {
     for (const FanReading& reading : fans) {
         Fan fan;
-        fan.key = reading.control.valuePath;
-        fan.maxRpm = reading.maxRpm.value_or(defaultMaxRpm);
-        fan.minRpm = reading.minRpm > 0 ? std::min(reading.minRpm, fan.maxRpm)
-                                        : (fan.maxRpm * minimumPercent + 99) / 100;
+        fan.key = reading.key;
+        fan.controlPath = reading.control.valuePath;
+        fan.reportsMax = reading.maxRpm.has_value();
+        fan.maxRpm = reading.maxRpm.value_or(assumedMaxRpm);
+        const long long chipMin = reading.minRpm.value_or(0);
+        fan.minRpm =
+            chipMin > 0 ? std::min(chipMin, fan.maxRpm) : (fan.maxRpm * minimumPercent + 99) / 100;
         const FanControlPaths& control = reading.control;
         if (control.kind != FanControlKind::none) {
             fan.valueFd = openAttribute(control.valuePath, true);
@@ -76,7 +81,7 @@ std::vector<std::string> FanGuard::restoreLeftover(const std::vector<SavedFanSta
     std::vector<std::string> failed;
     for (const SavedFanState& state : states) {
         const auto fan = std::find_if(fans_.begin(), fans_.end(), [&](const Fan& candidate) {
-            return candidate.kind != FanControlKind::none && candidate.key == state.key;
+            return candidate.kind != FanControlKind::none && candidate.controlPath == state.key;
         });
         if (fan == fans_.end())
             continue; // gone with its device; the kernel reset it when it went
@@ -98,7 +103,7 @@ std::vector<SavedFanState> FanGuard::takeOriginals() {
             fan.kind = FanControlKind::none;
             continue;
         }
-        originals.push_back({fan.key, fan.original->mode, fan.original->value});
+        originals.push_back({fan.controlPath, fan.original->mode, fan.original->value});
     }
     return originals;
 }
@@ -109,19 +114,56 @@ bool FanGuard::write(const Fan& fan, std::optional<long long> mode, long long va
     return writeAttributeInteger(fan.valueFd, value);
 }
 
-FanGuard::DriveResult FanGuard::drive(std::size_t id, long long rpm) {
-    if (!isControllable(id))
-        return DriveResult::notControllable;
+std::optional<std::size_t> FanGuard::indexOf(std::string_view key) const {
+    for (std::size_t id = 0; id < fans_.size(); ++id) {
+        if (fans_[id].key == key)
+            return id;
+    }
+    return std::nullopt;
+}
+
+bool FanGuard::takesSpeed(std::size_t id) const {
+    return isControllable(id) && (fans_[id].kind != FanControlKind::pwm || fans_[id].reportsMax);
+}
+
+bool FanGuard::takesDuty(std::size_t id) const {
+    return isControllable(id) && fans_[id].kind == FanControlKind::pwm;
+}
+
+FanGuard::DriveResult FanGuard::hold(std::size_t id, long long value) {
     Fan& fan = fans_[id];
     if (!fan.saved)
         fan.saved = fan.original ? fan.original : readState(fan);
     if (!fan.saved)
         return DriveResult::saveFailed;
-    const long long limited = std::clamp(rpm, fan.minRpm, fan.maxRpm);
-    const long long value = fan.kind == FanControlKind::pwm
-                                ? (limited * fullDuty + fan.maxRpm / 2) / fan.maxRpm
-                                : limited;
     return write(fan, manualMode, value) ? DriveResult::driven : DriveResult::writeFailed;
+}
+
+FanGuard::DriveResult FanGuard::drive(std::size_t id, long long rpm) {
+    if (!takesSpeed(id))
+        return DriveResult::notControllable;
+    const Fan& fan = fans_[id];
+    const long long limited = std::clamp(rpm, fan.minRpm, fan.maxRpm);
+    return hold(id, fan.kind == FanControlKind::pwm
+                        ? (limited * fullDuty + fan.maxRpm / 2) / fan.maxRpm
+                        : limited);
+}
+
+FanGuard::DriveResult FanGuard::driveDuty(std::size_t id, long long percent) {
+    if (!takesDuty(id))
+        return DriveResult::notControllable;
+    const long long limited = std::clamp(percent, minimumDutyPercent(id), 100LL);
+    return hold(id, (limited * fullDuty + 50) / 100);
+}
+
+long long FanGuard::minimumDutyPercent(std::size_t id) const {
+    if (id >= fans_.size())
+        return minimumPercent;
+    const Fan& fan = fans_[id];
+    // A chip minimum is a speed; as a duty it is only known against a reported maximum.
+    if (!fan.reportsMax)
+        return minimumPercent;
+    return std::max(minimumPercent, (fan.minRpm * 100 + fan.maxRpm - 1) / fan.maxRpm);
 }
 
 FanGuard::RestoreResult FanGuard::restore(std::size_t id) {

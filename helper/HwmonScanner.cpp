@@ -199,12 +199,12 @@ std::vector<HwmonFan> readFans(const ChipFiles& files, const HwmonScanOptions& o
         HwmonFan fan;
         fan.index = channel.index;
         fan.rpm = *rpm;
-        fan.minRpm = readInRange(channel, fanMin, 0, highestRpm).value_or(0);
+        fan.minRpm = readInRange(channel, fanMin, 0, highestRpm);
         fan.maxRpm = readInRange(channel, fanMax, 1, highestRpm);
         auto target = readInRange(channel, fanTarget, 0, highestRpm);
         if (!target)
             target = readInRange(channel, fanOutput, 0, highestRpm);
-        fan.targetRpm = target.value_or(0);
+        fan.targetRpm = target;
         if (options.recordPaths)
             fan.control = findControl(channel);
         fans.push_back(std::move(fan));

@@ -27,9 +27,10 @@ struct HwmonTemperature {
 struct HwmonFan {
     int index = 0;
     long long rpm = 0;
-    long long minRpm = 0;
+    // Most chips report none of these; an absent figure stays absent, never a guess.
+    std::optional<long long> minRpm;
     std::optional<long long> maxRpm;
-    long long targetRpm = 0;
+    std::optional<long long> targetRpm;
     FanControlPaths control; ///< kind none unless paths were asked for
 };
 

@@ -1,6 +1,7 @@
 #include "ReadingsJson.h"
 
 #include <charconv>
+#include <utility>
 
 namespace {
 
@@ -92,16 +93,19 @@ std::string formatReadingsJson(const SensorReadings& readings) {
         const FanReading& f = readings.fans[i];
         out += i == 0 ? "{\"id\":" : ",{\"id\":";
         appendInteger(out, f.id);
+        out += ",\"key\":";
+        appendJsonString(out, f.key);
         out += ",\"actual\":";
         appendInteger(out, f.rpm);
-        out += ",\"min\":";
-        appendInteger(out, f.minRpm);
-        if (f.maxRpm) {
-            out += ",\"max\":";
-            appendInteger(out, *f.maxRpm);
+        // A figure the chip does not report is left out, not sent as 0 or a guess.
+        const std::pair<const char*, const std::optional<long long>&> figures[] = {
+            {",\"min\":", f.minRpm}, {",\"max\":", f.maxRpm}, {",\"target\":", f.targetRpm}};
+        for (const auto& [name, figure] : figures) {
+            if (figure) {
+                out += name;
+                appendInteger(out, *figure);
+            }
         }
-        out += ",\"target\":";
-        appendInteger(out, f.targetRpm);
         out += '}';
     }
     out += "]}\n";

@@ -1,5 +1,7 @@
 #include "SensorCollector.h"
 
+#include "CommandParser.h"
+
 #include "NvmlReader.h"
 #include "SensorLabeller.h"
 #include "ThermalZoneScanner.h"
@@ -69,6 +71,18 @@ void appendThermalZones(const std::vector<ThermalZone>& zones, bool haveCpuSenso
     }
 }
 
+// A fan's key travels in daemon commands, so anything a command could not carry (a
+// space in a device name, say) becomes '_'; the key stays unique per chip and channel.
+std::string fanKey(const HwmonChip& chip, int index) {
+    std::string key = "hwmon/";
+    key.append(chip.name).append("/").append(chip.deviceName);
+    for (char& c : key) {
+        if (!isCommandFanKey(std::string_view(&c, 1)))
+            c = '_';
+    }
+    return key.append("/fan").append(std::to_string(index));
+}
+
 // A second "CPU Die" (another socket) becomes "CPU Die 2", and so on.
 void numberRepeatedLabels(std::vector<TemperatureReading>& temperatures) {
     for (auto reading = temperatures.begin(); reading != temperatures.end(); ++reading) {
@@ -127,8 +141,9 @@ SensorReadings collectSensors(const SysfsTree& tree, const CollectOptions& optio
         for (const HwmonFan& fan : chip.fans) {
             if (readings.fans.size() == maxFans)
                 break;
-            readings.fans.push_back({static_cast<int>(readings.fans.size()), fan.rpm, fan.minRpm,
-                                     fan.maxRpm, fan.targetRpm, fan.control});
+            readings.fans.push_back({static_cast<int>(readings.fans.size()),
+                                     fanKey(chip, fan.index), fan.rpm, fan.minRpm, fan.maxRpm,
+                                     fan.targetRpm, fan.control});
         }
     }
     return readings;

@@ -16,11 +16,12 @@ struct TemperatureReading {
 };
 
 struct FanReading {
-    int id = 0; ///< position in the stable fan order, the same in every mode
+    int id = 0;      ///< position in the stable fan order, the same in every mode
+    std::string key; ///< stable identity the daemon's commands use: hwmon/<chip>/<device>/fanN
     long long rpm = 0;
-    long long minRpm = 0;
+    std::optional<long long> minRpm; ///< each absent when the chip does not report it
     std::optional<long long> maxRpm;
-    long long targetRpm = 0;
+    std::optional<long long> targetRpm;
     FanControlPaths control;
 };
 

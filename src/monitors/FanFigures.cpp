@@ -28,5 +28,6 @@ long long firstFanSpeed(const ThermalReadings& readings) {
 long long firstFanMaxSpeed(const ThermalReadings& readings) {
     if (readings.fans.empty())
         return 6000;
-    return std::max(1LL, checkedWholeRpm(readings.fans.front().max, "maximum"));
+    const std::optional<double> max = readings.fans.front().max;
+    return max ? std::max(1LL, checkedWholeRpm(*max, "maximum")) : 0;
 }

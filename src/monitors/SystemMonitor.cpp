@@ -72,6 +72,8 @@ SystemSample SystemMonitor::collectSample(SamplingMonitors& monitors) {
                                                        : std::nullopt;
         sample.thermal = estimatedThermalReadings(state);
     }
+    // A fan daemon that died is noticed within a tick, and its fans are handed back.
+    monitors.thermalMonitor->checkDaemon();
     return sample;
 }
 
@@ -128,6 +130,8 @@ void SystemMonitor::publish(const SystemSample& sample) {
 }
 
 void SystemMonitor::setAllFansAuto() {
-    for (const FanInfo& fan : fans_)
-        monitors->thermalMonitor->sendCommand("fan-auto " + std::to_string(fan.id));
+    for (const FanInfo& fan : fans_) {
+        if (!fan.key.empty())
+            monitors->thermalMonitor->sendCommand("fan-auto " + fan.key);
+    }
 }

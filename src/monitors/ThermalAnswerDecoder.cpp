@@ -41,13 +41,22 @@ double numberOr(const QJsonObject& object, const char* name, double fallback) {
     return value.isDouble() ? value.toDouble() : fallback;
 }
 
+std::optional<double> optionalNumber(const QJsonObject& object, const char* name) {
+    const QJsonValue value = object.value(QLatin1String(name));
+    return value.isDouble() ? std::optional(value.toDouble()) : std::nullopt;
+}
+
 std::optional<FanInfo> decodeFan(const QJsonValue& element) {
     const QJsonObject fan = element.toObject();
     const std::optional<long long> id = wholeNumber(fan.value(QLatin1String("id")));
     if (!id)
         return std::nullopt;
-    return FanInfo{*id, numberOr(fan, "actual", 0.0), numberOr(fan, "min", 0.0),
-                   numberOr(fan, "max", 6000.0), numberOr(fan, "target", 0.0)};
+    return FanInfo{*id,
+                   fan.value(QLatin1String("key")).toString().toStdString(),
+                   numberOr(fan, "actual", 0.0),
+                   optionalNumber(fan, "min"),
+                   optionalNumber(fan, "max"),
+                   optionalNumber(fan, "target")};
 }
 
 } // namespace

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <sys/wait.h>
 #include <thread>
 
 namespace {
@@ -18,7 +19,6 @@ namespace {
 // A healthy helper answers in about a millisecond; a hung one must not stall sampling.
 constexpr std::chrono::milliseconds oneShotLimit{1500};
 constexpr std::chrono::seconds handshakeLimit{15};
-constexpr std::chrono::milliseconds handshakeRetryPause{100};
 constexpr std::chrono::milliseconds quitLimit{2000};
 
 std::string formatRpm(double rpm) {
@@ -27,14 +27,15 @@ std::string formatRpm(double rpm) {
     return text;
 }
 
-bool holdsCompleteLine(const std::string& bytes) {
+bool isValidUtf8(const std::string& bytes) {
     QStringDecoder utf8(QStringDecoder::Utf8);
-    const QString text = utf8(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
-    return !utf8.hasError() && text.contains(QLatin1Char('\n'));
+    utf8(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    return !utf8.hasError();
 }
 
-// Waits until the daemon has written one whole line, or the limit has passed, and
-// returns it: "ready", or "refused: <reason>" from a daemon that will not run.
+// Waits until the daemon has written one whole line, has closed its output (it died or
+// ended), or the limit has passed, and returns the line: "ready", or "refused:
+// <reason>" from a daemon that will not run. A line that is not text counts as none.
 std::string awaitReadyLine(int output) {
     const auto deadline = std::chrono::steady_clock::now() + handshakeLimit;
     std::string received;
@@ -44,10 +45,13 @@ std::string awaitReadyLine(int output) {
         const PipeChunk chunk = ChildProcess::readChunk(output, left);
         if (chunk.kind == PipeChunk::Kind::data) {
             received += chunk.bytes;
-            if (holdsCompleteLine(received))
-                return received.substr(0, received.find('\n'));
+            const std::size_t end = received.find('\n');
+            if (end != std::string::npos) {
+                received.resize(end);
+                return isValidUtf8(received) ? received : std::string();
+            }
         } else if (chunk.kind == PipeChunk::Kind::endOfFile) {
-            std::this_thread::sleep_for(handshakeRetryPause);
+            return {};
         }
     }
     return {};
@@ -96,8 +100,11 @@ bool ThermalMonitor::startDaemon() {
     std::unique_ptr<ChildProcess> process =
         ChildProcess::start(installedHelperPath_, {"--daemon"},
                             {ChildStream::pipe, ChildStream::pipe, ChildStream::nullDevice});
-    if (!process)
+    if (!process) {
+        daemonProblem_ = "the sensor helper could not be started";
+        qWarning("Fan control daemon: %s", daemonProblem_.c_str());
         return false;
+    }
 
     // After the handshake the daemon's output is never read again.
     const UniqueFd output = std::move(process->outputReader());
@@ -107,14 +114,58 @@ bool ThermalMonitor::startDaemon() {
     const std::string firstLine = awaitReadyLine(output.get());
     daemonRefusal_ = firstLine.starts_with(refusalPrefix) ? firstLine.substr(refusalPrefix.size())
                                                           : std::string();
-    if (!daemonRefusal_.empty()) {
-        qWarning("Fan control daemon refused to run: %s", daemonRefusal_.c_str());
+    daemonProblem_.clear();
+    if (!daemonRefusal_.empty())
+        daemonProblem_ = "refused: " + daemonRefusal_;
+    else if (firstLine != "ready")
+        daemonProblem_ = "the fan daemon did not start";
+    if (!daemonProblem_.empty()) {
+        qWarning("Fan control daemon: %s", daemonProblem_.c_str());
         daemon_->input.reset(); // a refused daemon ends when its input closes
-        daemon_->process->waitForExit(quitLimit);
+        if (!daemon_->process->waitForExit(quitLimit))
+            ::kill(daemon_->process->pid(), SIGTERM);
         daemon_.reset();
         return false;
     }
-    return daemon_->process->isRunning();
+    daemonUp_ = true;
+    return true;
+}
+
+std::string ThermalMonitor::daemonProblem() {
+    std::lock_guard lock(daemonLock);
+    return daemonProblem_;
+}
+
+bool ThermalMonitor::checkDaemon() {
+    std::unique_lock lock(daemonLock, std::try_to_lock);
+    if (!lock || !daemon_ || !daemon_->process || daemon_->process->isRunning())
+        return false;
+    const std::optional<int> status = daemon_->process->waitStatus();
+    daemon_.reset();
+    daemonUp_ = false;
+    daemonProblem_ = "the fan daemon stopped unexpectedly";
+    if (status && WIFSIGNALED(*status))
+        daemonProblem_ += " (signal " + std::to_string(WTERMSIG(*status)) + ")";
+    else if (status && WIFEXITED(*status))
+        daemonProblem_ += " (exit status " + std::to_string(WEXITSTATUS(*status)) + ")";
+    qWarning("Fan control daemon: %s", daemonProblem_.c_str());
+    // A daemon that was killed could not hand its fans back; a new one restores them
+    // from the state file the dead one left, and ends at once.
+    std::unique_ptr<ChildProcess> restorer =
+        ChildProcess::start(installedHelperPath_, {"--daemon"},
+                            {ChildStream::pipe, ChildStream::pipe, ChildStream::nullDevice});
+    if (restorer) {
+        const UniqueFd output = std::move(restorer->outputReader());
+        UniqueFd input = std::move(restorer->inputWriter());
+        const bool restored = awaitReadyLine(output.get()) == "ready";
+        ChildProcess::writeAll(input.get(), "quit\n");
+        input.reset();
+        if (!restorer->waitForExit(quitLimit))
+            ::kill(restorer->pid(), SIGTERM);
+        if (restored)
+            daemonProblem_ += "; the fans were handed back to automatic control";
+    }
+    return true;
 }
 
 std::string ThermalMonitor::daemonRefusal() {
@@ -131,23 +182,33 @@ bool ThermalMonitor::sendCommand(std::string_view command) {
     return ChildProcess::writeAll(daemon_->input.get(), line);
 }
 
-bool ThermalMonitor::setFanSpeed(long long fanId, double rpm) {
-    return sendCommand("set-fan " + std::to_string(fanId) + " " + formatRpm(rpm));
+bool ThermalMonitor::setFanSpeed(const std::string& fanKey, double rpm) {
+    return sendCommand("set-fan " + fanKey + " " + formatRpm(rpm));
 }
 
-bool ThermalMonitor::setAllFans(const std::map<long long, double>& rpmByFan) {
+bool ThermalMonitor::setFanDuty(const std::string& fanKey, double percent) {
+    return sendCommand("set-duty " + fanKey + " " + formatRpm(percent));
+}
+
+bool ThermalMonitor::setAllFans(const std::map<std::string, double>& rpmByFan) {
     if (rpmByFan.empty())
         return true;
-    const long long highest = rpmByFan.rbegin()->first;
-    if (highest < 0)
-        qFatal("setAllFans: fan ids must not be negative (largest is %lld)", highest);
     std::string line = "set-all";
-    for (long long id = 0; id <= highest; ++id) {
-        const auto entry = rpmByFan.find(id);
-        line += ' ';
-        line += formatRpm(entry == rpmByFan.end() ? 0.0 : entry->second);
-    }
+    for (const auto& [key, rpm] : rpmByFan)
+        line += ' ' + key + '=' + formatRpm(rpm);
     return sendCommand(line);
+}
+
+bool ThermalMonitor::driveFans(const std::vector<FanDrive>& drives) {
+    std::map<std::string, double> speeds;
+    bool sent = true;
+    for (const FanDrive& drive : drives) {
+        if (drive.kind == FanDrive::Kind::speed)
+            speeds[drive.key] = drive.value;
+        else if (drive.kind == FanDrive::Kind::duty)
+            sent = setFanDuty(drive.key, drive.value) && sent;
+    }
+    return setAllFans(speeds) && sent;
 }
 
 void ThermalMonitor::stopDaemon() {
@@ -168,13 +229,14 @@ void ThermalMonitor::stopDaemon() {
                      static_cast<int>(daemon_->process->pid()));
     }
     daemon_.reset();
+    daemonUp_ = false;
 }
 
 bool ThermalMonitor::isDaemonRunning() {
     // The lock is held through a start's handshake of up to 15 s; the main thread asks
-    // this and must not wait that long. Whoever holds it has a daemon or is starting one.
+    // this and must not wait that long. While it is held the last known state answers.
     std::unique_lock lock(daemonLock, std::try_to_lock);
     if (!lock)
-        return true;
+        return daemonUp_;
     return daemon_ && daemon_->process && daemon_->process->isRunning();
 }

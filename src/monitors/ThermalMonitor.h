@@ -1,14 +1,17 @@
 #pragma once
 
+#include "FanDrive.h"
 #include "ThermalReadings.h"
 #include "ThermalState.h"
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The application's side of the link to smc_helper: locating the one-shot
 /// helper, reading it, and the privileged fan-control daemon.
@@ -46,18 +49,32 @@ public:
     /// Writes `command` and a line feed to the daemon; false when none runs or the
     /// write fails. Lines from several threads arrive whole and in call order.
     bool sendCommand(std::string_view command);
-    /// Sends "set-fan <id> <rpm>", the speed formatted with "%.0f".
-    bool setFanSpeed(long long fanId, double rpm);
-    /// Sends "set-all" with one "%.0f" speed per fan id from 0 to the largest key, 0
-    /// for ids not in the map; an empty map sends nothing, since no fan was asked for.
-    /// A negative largest key ends the process.
-    bool setAllFans(const std::map<long long, double>& rpmByFan);
+    /// Sends "set-fan <key> <rpm>", the speed formatted with "%.0f". Fans are named by
+    /// the helper's stable key, never by position, so no other fan can be moved.
+    bool setFanSpeed(const std::string& fanKey, double rpm);
+    /// Sends "set-duty <key> <percent>", for fans that report no maximum.
+    bool setFanDuty(const std::string& fanKey, double percent);
+    /// Sends "set-all <key>=<rpm> ..." in key order; an empty map sends nothing, since
+    /// no fan was asked for.
+    bool setAllFans(const std::map<std::string, double>& rpmByFan);
+    /// Sends each drive: the speeds in one set-all, the duties one by one.
+    bool driveFans(const std::vector<FanDrive>& drives);
     /// Sends "quit" and closes the daemon's input; a daemon still there after 2 s gets
     /// SIGTERM and 2 s more. Waits no longer than that.
     void stopDaemon();
     /// Whether a daemon has been started and has not exited since. Never waits: while
-    /// another thread holds the lock (a start or a command under way) it answers true.
+    /// another thread holds the lock (a start or a command under way) it answers with
+    /// the state last known: running once a ready line came, until it stopped.
     bool isDaemonRunning();
+    /// Why manual control last failed or ended on its own, for the fan section and the
+    /// log: a refusal, a daemon that did not start, or one that died. Empty otherwise;
+    /// cleared by the next start.
+    std::string daemonProblem();
+    /// Notices a daemon that died (killed, crashed): records why, and runs the daemon
+    /// once more so it restores the fans from the state file the dead one left. Called
+    /// off the main thread (each sampling tick); returns whether it found one. Never
+    /// waits for the lock.
+    bool checkDaemon();
     /// Copies the helper to the installed path with elevated rights; blocks on the prompt.
     bool installHelper();
 
@@ -72,5 +89,7 @@ private:
     struct Daemon;
     std::unique_ptr<Daemon> daemon_; // guarded by daemonLock
     std::string daemonRefusal_;      // guarded by daemonLock
+    std::string daemonProblem_;      // guarded by daemonLock
+    std::atomic<bool> daemonUp_ = false;
     std::mutex daemonLock;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,13 +13,15 @@ struct TemperatureSensor {
     bool operator==(const TemperatureSensor&) const = default;
 };
 
-/// One fan of a helper answer; speeds in RPM.
+/// One fan of a helper answer; speeds in RPM. Most chips report no minimum, maximum or
+/// target: those stay empty rather than guessed.
 struct FanInfo {
     long long id = 0;
+    std::string key; ///< the helper's stable key, which fan commands name; empty: not controllable
     double actual = 0.0;
-    double min = 0.0;
-    double max = 6000.0;
-    double target = 0.0;
+    std::optional<double> min;
+    std::optional<double> max;
+    std::optional<double> target;
 
     bool operator==(const FanInfo&) const = default;
 };

@@ -36,10 +36,16 @@ namespace {
 namespace fs = std::filesystem;
 
 TEST(FanMath, TargetsStatusAndFirstFanFigures) {
-    const std::tuple<double, double, const char*> targets[] = {
-        {0, 6000, "0% — 0 RPM"}, {33.4, 5000, "33% — 1670 RPM"}, {100, 3000, "100% — 3000 RPM"}};
-    for (const auto& [percent, max, slider] : targets)
-        EXPECT_EQ(sliderValueText(percent, targetRpm(percent, max)), slider);
+    // A share of the maximum the fan reports, else the duty alone: no RPM is made up.
+    const std::tuple<double, std::optional<double>, const char*> targets[] = {
+        {0, 6000, "0% — 0 RPM"},
+        {33.4, 5000, "33% — 1670 RPM"},
+        {100, 3000, "100% — 3000 RPM"},
+        {40, std::nullopt, "40%"}};
+    for (const auto& [percent, max, slider] : targets) {
+        const FanInfo fan{0, "hwmon/c/d/fan1", 1000, {}, max, {}};
+        EXPECT_EQ(sliderValueText(fanDrive(fan, percent), percent), slider);
+    }
 
     const QColor green = PopoverStyle::green, orange = MenuBarColors::warm;
     const struct {
@@ -53,7 +59,7 @@ TEST(FanMath, TargetsStatusAndFirstFanFigures) {
         {false, 3060, 6000, {"51% capacity", orange, 0.51}},
         {false, 4800, 6000, {"80% capacity", orange, 0.8}},
         {false, 4860, 6000, {"81% capacity", MenuBarColors::hot, 0.81}},
-        {false, 1000, 0, {"0% capacity", green, 0.0}},
+        {false, 1000, 0, {"1000 RPM", green, std::nullopt}},
     };
     for (const auto& s : statuses)
         EXPECT_TRUE(fanStatus(s.manual, s.speed, s.max) == s.expected) << s.speed;
@@ -61,7 +67,7 @@ TEST(FanMath, TargetsStatusAndFirstFanFigures) {
     // Whole RPM, the maximum at least 1; a speed beyond that is the helper's fault and
     // clamping it would hide it.
     const auto firstFan = [](double actual, double max) {
-        return ThermalReadings{0, 0, {}, {{0, actual, 0, max}, {1, 9999, 0, 9999}}};
+        return ThermalReadings{0, 0, {}, {{0, "", actual, 0, max, {}}, {1, "", 9999, 0, 9999, {}}}};
     };
     EXPECT_EQ(firstFanMaxSpeed({}), 6000);
     EXPECT_EQ(firstFanSpeed(firstFan(-1500.2, 0.5)), -1500);
@@ -178,7 +184,8 @@ struct Section : testing::Test, FanRig {
         if (::geteuid() != 0)
             GTEST_SKIP() << "an installed helper must be root-owned";
         SystemSample sample;
-        sample.thermal.fans = {{0, 2400, 1200, 6000, 2400}, {1, 1800, 1000, 6000, 1800}};
+        sample.thermal.fans = {{0, "hwmon/nct6775/nct6775.656/fan1", 2400, 1200, 6000, 2400},
+                               {1, "hwmon/nct6775/nct6775.656/fan2", 1800, {}, {}, {}}};
         monitor.publish(sample);
     }
     FanDetailContent& open() {
@@ -214,7 +221,7 @@ TEST_F(Section, EachStateIsLaidOutWithoutClippingInTheThemeColours) {
         {"fan-setup-failed", clickAndWait("enableButton"), true, false},
         {"fan-automatic",
          [&](FanDetailContent& section) {
-             dir.writeScript(installed, "echo ready\nexec cat\n", 04755);
+             dir.writeScript(installed, "echo ready\nexec cat >/dev/null\n", 04755);
              section.refresh();
          },
          false, false},
@@ -242,17 +249,18 @@ TEST_F(Section, SwitchDrivesTheRealDaemonAndReportsOneThatFailsOrDies) {
     open();
     flipSwitch();
     EXPECT_FALSE(manualSwitch().isChecked()) << "a daemon that cannot start";
-    EXPECT_TRUE(content->installFailed());
+    EXPECT_EQ(content->findChild<QLabel*>("daemonProblem")->text().toStdString(),
+              "Manual control stopped: the sensor helper could not be started.");
 
     const std::string built = VORLUNE_BINARY_DIR "/SMCHelper/smc_helper";
     ASSERT_TRUE(isExecutableFile(built));
     FakeSysfs board; // a cool CPU keeps the daemon's failsafe out of the way
     board.addHwmon(1, "platform/coretemp.0", {{"name", "coretemp"}, {"temp1_input", "45000"}});
-    FakeSysfs::Attributes fans = {{"name", "nct6775"}, {"pwm1", "100"}, {"pwm2", "120"}};
+    // Fan 1 reports its maximum and is given speeds; fan 2 does not and is given duties.
+    FakeSysfs::Attributes fans = {
+        {"name", "nct6775"}, {"pwm1", "100"}, {"pwm2", "120"}, {"fan1_max", "6000"}};
     for (const std::string n : {"1", "2"})
-        fans.insert({{"fan" + n + "_input", "2000"},
-                     {"fan" + n + "_max", "6000"},
-                     {"pwm" + n + "_enable", "5"}});
+        fans.insert({{"fan" + n + "_input", "2000"}, {"pwm" + n + "_enable", "5"}});
     const std::string chip = board.addHwmon(2, "platform/nct6775.656", fans);
     dir.writeScript(installed,
                     "echo $$ > \"" + dir.str() + "/pid\"\nexec " + built + " \"$@\" --sysfs-root " +
@@ -262,8 +270,8 @@ TEST_F(Section, SwitchDrivesTheRealDaemonAndReportsOneThatFailsOrDies) {
     settings->setFanPercentages({{0, 0}, {1, 75}});
     open();
     flipSwitch();
-    // 0 % is held at the 20 % minimum (1200 RPM), 4500 of 6000 RPM: duties
-    // (rpm x 255 + 3000) / 6000. The slider offers no less than the daemon sets.
+    // 0 % is held at the 20 % minimum (1200 RPM of 6000, duty 51), and fan 2's 75 % is
+    // duty 191 of 255. The slider offers no less than the daemon sets.
     EXPECT_TRUE(eventually([&] { return duty("pwm1") == 51 && duty("pwm2") == 191; }));
     EXPECT_EQ(duty("pwm1_enable"), 1);
     for (FanSliderRow* row : content->findChildren<FanSliderRow*>()) {
@@ -275,19 +283,33 @@ TEST_F(Section, SwitchDrivesTheRealDaemonAndReportsOneThatFailsOrDies) {
     }
     EXPECT_TRUE(eventually([&] { return duty("pwm2") == 128; })) << duty("pwm2");
 
-    flipSwitch();
-    EXPECT_FALSE(thermal().isDaemonRunning());
+    // Saved as the slider moved, before the switch went off.
     EXPECT_EQ(settings->fanPercentages(), (std::map<long long, double>{{0, 0}, {1, 50}}));
-    EXPECT_EQ(std::vector({duty("pwm1"), duty("pwm2"), duty("pwm1_enable"), duty("pwm2_enable")}),
-              std::vector<long long>({100, 120, 5, 5}));
-
     flipSwitch();
+    EXPECT_TRUE(eventually([&] { return !thermal().isDaemonRunning(); }));
+    const auto handedBack = [&] {
+        return std::vector({duty("pwm1"), duty("pwm2"), duty("pwm1_enable"),
+                            duty("pwm2_enable")}) == std::vector<long long>({100, 120, 5, 5});
+    };
+    EXPECT_TRUE(eventually(handedBack));
+
+    // Killed, the daemon cannot hand anything back: the next tick notices, says so, and
+    // a new daemon restores the fans from the state file the dead one left.
+    flipSwitch();
+    ASSERT_TRUE(eventually([&] { return duty("pwm2_enable") == 1; }));
     ASSERT_EQ(::kill(std::stoi(dir.read("pid")), SIGKILL), 0);
     ASSERT_TRUE(eventually([&] { return !thermal().isDaemonRunning(); }));
+    EXPECT_TRUE(thermal().checkDaemon());
+    EXPECT_TRUE(handedBack());
     content->hide();
-    content->show();
+    content.reset();
+    open();
     EXPECT_FALSE(manualSwitch().isChecked()) << "the reopened section shows the fans automatic";
     EXPECT_FALSE(content->isManualMode());
+    const auto* problem = content->findChild<QLabel*>("daemonProblem");
+    EXPECT_TRUE(problem->isVisibleTo(content.get()));
+    EXPECT_EQ(problem->text(), "Manual control stopped: the fan daemon stopped unexpectedly "
+                               "(signal 9); the fans were handed back to automatic control.");
 }
 
 } // namespace

@@ -21,14 +21,15 @@ std::string lineOf(const Command& command) {
     case CommandKind::quit:
         return "quit";
     case CommandKind::fanAuto:
-        return "fan-auto " + std::to_string(command.fanId);
+        return "fan-auto " + command.fans.at(0).key;
     case CommandKind::setFan:
-        return "set-fan " + std::to_string(command.fanId) + " " +
-               std::to_string(command.rpms.at(0));
+    case CommandKind::setDuty:
+        return (command.kind == CommandKind::setFan ? "set-fan " : "set-duty ") +
+               command.fans.at(0).key + " " + std::to_string(command.fans.at(0).value);
     case CommandKind::setAll: {
         std::string line = "set-all";
-        for (std::uint32_t rpm : command.rpms)
-            line += " " + std::to_string(rpm);
+        for (const FanValue& fan : command.fans)
+            line += " " + fan.key + "=" + std::to_string(fan.value);
         return line;
     }
     }
@@ -43,11 +44,14 @@ void checkLine(std::string_view line) {
     }
     require(parsed.error.empty());
     require(line.size() <= maxCommandLineBytes);
-    require(line.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789- ") ==
-            std::string_view::npos);
+    // Nothing that could reach a shell, a path outside sysfs keys, or a second line.
+    require(line.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                   "0123456789-_.:/+= ") == std::string_view::npos);
     const Command& command = *parsed.command;
-    require(command.kind != CommandKind::setFan || command.rpms.size() == 1);
-    require(command.kind != CommandKind::setAll || !command.rpms.empty());
+    require(command.kind == CommandKind::quit ? command.fans.empty() : !command.fans.empty());
+    require(command.kind == CommandKind::setAll || command.fans.size() <= 1);
+    for (const FanValue& fan : command.fans)
+        require(isCommandFanKey(fan.key));
     // Whatever was accepted says the same thing when written the canonical way.
     require(parseCommand(lineOf(command)).command == command);
 }

@@ -15,6 +15,15 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// The board's fans by the keys the daemon's commands name them with.
+const std::string fan1 = "hwmon/nct6798/nct6775.656/fan1";
+const std::string fan2 = "hwmon/nct6798/nct6775.656/fan2";
+const std::string fan5 = "hwmon/nct6798/nct6775.656/fan5"; // no control
+
+std::string duty(const std::string& fan, int percent) {
+    return "set-duty " + fan + " " + std::to_string(percent) + "\n";
+}
+
 const FakeSysfs::Attributes boardAsFound = {"pwm1=77", "pwm1_enable=5", "pwm2=153",
                                             "pwm2_enable=5"};
 
@@ -44,26 +53,35 @@ struct Daemon {
     DaemonProcess process;
 };
 
-TEST(HelperDaemon, RefusesBadLinesThenDrivesModeFirstAndRestoresValueFirst) {
+TEST(HelperDaemon, RefusesBadLinesAndFansItCannotDriveThenDrivesModeFirstAndRestoresValueFirst) {
     Daemon daemon;
+    ASSERT_TRUE(daemon.process.waitForOutput("ready\n"));
+    // A fan appearing after the daemon started is not one of its fans: its command is
+    // refused and moves no other fan.
+    daemon.sysfs.addHwmon(4, "platform/nct6775.2592",
+                          {"name=nct6799", "fan2_input=950", "pwm2=100", "pwm2_enable=5"});
     // Refused lines touch nothing; an overlong line is refused whole, not run as "quit".
-    daemon.send("set-fan 2 1000\nset-all 1 2 3 4\n" + std::string(300, 'q') + " quit\n");
+    daemon.send(duty(fan5, 50) + "set-fan " + fan2 + " 3000\n" +
+                duty("hwmon/nct6799/nct6775.2592/fan2", 50) + "set-all " + fan1 + "=3000 " + fan2 +
+                "=3000\n" + std::string(9000, 'q') + " quit\n");
     const std::string refused = "smc_helper: refused: ";
-    EXPECT_TRUE(daemon.process.waitForError("line longer than 128 bytes\n"));
-    EXPECT_EQ(daemon.process.errors(), refused + "fan 2 cannot be controlled\n" + refused +
-                                           "more speeds than fans\n" + refused +
-                                           "line longer than 128 bytes\n");
+    EXPECT_TRUE(daemon.process.waitForError("line longer than 8192 bytes\n"));
+    EXPECT_EQ(daemon.process.errors(),
+              refused + "fan " + fan5 + " cannot be controlled\n" + refused + "fan " + fan2 +
+                  " reports no maximum; set its duty\n" + refused +
+                  "unknown fan hwmon/nct6799/nct6775.2592/fan2\n" + refused + "fan " + fan1 +
+                  " reports no maximum; set its duty\n" + refused +
+                  "line longer than 8192 bytes\n");
     EXPECT_TRUE(daemon.settlesTo(boardAsFound));
+    EXPECT_EQ(daemon.sysfs.read("sys/devices/platform/nct6775.2592/hwmon/hwmon4/pwm2"), "100\n");
 
-    // 3000 of the 6000 RPM assumed without fanN_max is duty 128 of 255.
-    daemon.send("set-fan 1 3000\n");
+    daemon.send(duty(fan2, 50));
     EXPECT_TRUE(daemon.settlesTo({"pwm1=77", "pwm1_enable=5", "pwm2=128", "pwm2_enable=1"}));
     FileWatch driving(daemon.sysfs.root() + "/" + intelBoardChip, IN_MODIFY);
-    // Fan 2 has no control and is passed over; 0 is raised to 20 % of 6000 RPM, duty 51:
-    // no command stops a fan.
-    daemon.send("set-all 2400 0 0\n");
+    // 0 is raised to 20 %, duty 51: no command stops a fan.
+    daemon.send(duty(fan1, 40) + duty(fan2, 0));
     EXPECT_TRUE(daemon.settlesTo({"pwm1=102", "pwm1_enable=1", "pwm2=51", "pwm2_enable=1"}));
-    EXPECT_TRUE(daemon.process.waitForError("fan 1 held at its minimum of 1200 RPM"));
+    EXPECT_TRUE(daemon.process.waitForError("fan " + fan2 + " held at its minimum of 20 %"));
     EXPECT_EQ(driving.names(),
               (std::vector<std::string>{"pwm1_enable", "pwm1", "pwm2_enable", "pwm2"}));
     // Restoring the mode first would let drivers such as thinkpad_acpi take the duty
@@ -77,6 +95,19 @@ TEST(HelperDaemon, RefusesBadLinesThenDrivesModeFirstAndRestoresValueFirst) {
     EXPECT_EQ(daemon.process.output(), "ready\n");
 }
 
+TEST(HelperDaemon, SpeedsAreShareOfTheReportedMaximumAndNeverBelowTheChipsMinimum) {
+    const std::string gpu = "sys/devices/pci0000:00/0000:00:03.1/0000:0a:00.0/hwmon/hwmon0";
+    const std::string gpuFan = "hwmon/amdgpu/0000:0a:00.0/fan1";
+    Daemon daemon(buildAmdDesktop);
+    // 1650 of the chip's 3300 RPM is half duty; a set-all names each fan by its key.
+    daemon.send("set-fan " + gpuFan + " 1650\n");
+    EXPECT_TRUE(daemon.settlesTo({"pwm1=128", "pwm1_enable=1"}, gpu));
+    daemon.send("set-all " + gpuFan + "=0\n");
+    EXPECT_TRUE(daemon.settlesTo({"pwm1=51"}, gpu));
+    daemon.send("fan-auto " + gpuFan + "\n");
+    EXPECT_TRUE(daemon.settlesTo({"pwm1=90", "pwm1_enable=2"}, gpu));
+}
+
 TEST(HelperDaemon, EveryWayOfLettingGoHandsTheFansBack) {
     const struct {
         std::string name;
@@ -87,8 +118,8 @@ TEST(HelperDaemon, EveryWayOfLettingGoHandsTheFansBack) {
     } endings[] = {
         {"quit", "quit\n", false, 0, 0},
         {"end of input", "", true, 0, 0},
-        {"end of input after half a line", "set-fan 0 1", true, 0, 0},
-        {"fan-auto for each fan", "fan-auto 0\nfan-auto 1\n", false, 0, -1},
+        {"end of input after half a line", "set-duty " + fan1 + " 1", true, 0, 0},
+        {"fan-auto for each fan", "fan-auto " + fan1 + "\nfan-auto " + fan2 + "\n", false, 0, -1},
         {"SIGTERM", "", false, SIGTERM, 128 + SIGTERM},
         {"SIGINT", "", false, SIGINT, 128 + SIGINT},
         {"SIGHUP", "", false, SIGHUP, 128 + SIGHUP},
@@ -97,7 +128,7 @@ TEST(HelperDaemon, EveryWayOfLettingGoHandsTheFansBack) {
     for (const auto& ending : endings) {
         SCOPED_TRACE(ending.name);
         Daemon daemon;
-        daemon.send("set-all 6000 6000\n");
+        daemon.send(duty(fan1, 100) + duty(fan2, 100));
         ASSERT_TRUE(daemon.settlesTo({"pwm1=255", "pwm2=255"}));
         daemon.send(ending.input);
         if (ending.closeInput)
@@ -115,19 +146,19 @@ TEST(HelperDaemon, HotCpuHandsEveryFanBackAndRefusesCommandsUntilItCools) {
     // Core 0, critical at 90 °C, trips the failsafe at 85 °C and releases it below 75 °C.
     const std::string core0 = std::string(intelCoretempChip) + "/temp2_input";
     Daemon daemon;
-    daemon.send("set-all 6000 6000\n");
+    daemon.send(duty(fan1, 100) + duty(fan2, 100));
     ASSERT_TRUE(daemon.settlesTo({"pwm1=255", "pwm2=255"}));
     daemon.sysfs.write(core0, "85000\n");
     EXPECT_TRUE(daemon.process.waitForError("CPU too hot: every fan handed back"));
     EXPECT_TRUE(daemon.settlesTo(boardAsFound));
 
     daemon.sysfs.write(core0, "75000\n");
-    daemon.send("set-fan 0 6000\n");
+    daemon.send(duty(fan1, 100));
     EXPECT_TRUE(daemon.process.waitForError("refused: fans are handed back until"));
 
     daemon.sysfs.write(core0, "74999\n");
     EXPECT_TRUE(daemon.process.waitForError("CPU cooled down"));
-    daemon.send("set-fan 0 6000\n");
+    daemon.send(duty(fan1, 100));
     EXPECT_TRUE(daemon.settlesTo({"pwm1=255", "pwm1_enable=1"}));
 }
 
@@ -142,17 +173,21 @@ rlimit capFileSize(pid_t pid, rlim_t bytes) {
 }
 
 TEST(HelperDaemon, AWriteErrorHandsEveryFanBackAndTheDaemonCarriesOn) {
-    Daemon daemon;
-    daemon.sysfs.write(std::string(intelBoardChip) + "/pwm2", "53\n");
-    daemon.send("set-fan 1 6000\n");
+    // Fan 2's duty of 53 is short enough to be written back under the cap below.
+    Daemon daemon([](const FakeSysfs& sysfs) {
+        buildIntelDesktop(sysfs);
+        sysfs.write(std::string(intelBoardChip) + "/pwm2", "53\n");
+    });
+    daemon.send(duty(fan2, 100));
     ASSERT_TRUE(daemon.settlesTo({"pwm2=255", "pwm2_enable=1"}));
     // At 3 bytes "1\n" and "77\n" still fit but "128\n" does not.
     const rlimit original = capFileSize(daemon.process.pid(), 3);
-    daemon.send("set-fan 0 3000\n");
-    EXPECT_TRUE(daemon.process.waitForError("writing fan 0 failed; handing every fan back"));
+    daemon.send(duty(fan1, 50));
+    EXPECT_TRUE(
+        daemon.process.waitForError("writing fan " + fan1 + " failed; handing every fan back"));
     EXPECT_TRUE(daemon.settlesTo({"pwm1=77", "pwm1_enable=5", "pwm2=53", "pwm2_enable=5"}));
     ASSERT_EQ(prlimit(daemon.process.pid(), RLIMIT_FSIZE, &original, nullptr), 0);
-    daemon.send("set-fan 0 3000\n");
+    daemon.send(duty(fan1, 50));
     EXPECT_TRUE(daemon.settlesTo({"pwm1=128", "pwm1_enable=1"}));
 }
 
@@ -165,14 +200,15 @@ TEST(HelperDaemon, RunsAFanAtFullSpeedWhenItsStateCannotBeRestored) {
                        {"name=max31790", "fan1_input=4000", "fan1_max=9000", "fan1_target=15000",
                         "temp1_input=40000"});
     });
-    daemon.send("set-fan 0 2000\n");
+    daemon.send("set-fan hwmon/max31790/max31790.0/fan1 2000\n");
     ASSERT_TRUE(daemon.settlesTo({"fan1_target=2000"}, chip));
     capFileSize(daemon.process.pid(), 5);
     daemon.send("quit\n");
     EXPECT_EQ(daemon.process.waitForExit(), 1);
     EXPECT_TRUE(daemon.settlesTo({"fan1_target=9000"}, chip));
     EXPECT_EQ(daemon.process.errors(),
-              "smc_helper: fan 0 could not be restored; running it at full speed\n");
+              "smc_helper: fan hwmon/max31790/max31790.0/fan1 could not be restored; running it at "
+              "full speed\n");
 }
 
 TEST(HelperDaemon, KeepsOnlyItsSysfsFilesAndNoEnvironmentOfItsCaller) {
@@ -266,7 +302,7 @@ TEST_F(SetuidHelper, RefusesSysfsRootAndRunsAsTheCallingUserWithNoWayBack) {
 
 TEST(HelperDaemon, OneDaemonAtATimeAndAKilledOnesFansComeBackFromItsStateFile) {
     Daemon daemon;
-    daemon.send("set-fan 1 3000\n");
+    daemon.send(duty(fan2, 50));
     ASSERT_TRUE(daemon.settlesTo({"pwm2=128", "pwm2_enable=1"}));
     DaemonProcess second(daemon.sysfs.root());
     EXPECT_TRUE(second.waitForOutput("refused: another fan daemon is running\n"));
@@ -281,7 +317,7 @@ TEST(HelperDaemon, OneDaemonAtATimeAndAKilledOnesFansComeBackFromItsStateFile) {
     DaemonProcess next(daemon.sysfs.root());
     EXPECT_TRUE(next.waitForOutput("ready\n"));
     EXPECT_TRUE(daemon.settlesTo(boardAsFound));
-    next.send("set-fan 1 6000\nquit\n");
+    next.send(duty(fan2, 100) + "quit\n");
     EXPECT_EQ(next.waitForExit(), 0);
     EXPECT_TRUE(daemon.settlesTo(boardAsFound));
     EXPECT_EQ(daemon.sysfs.read("run/vorlune/fans.state"), "");
@@ -315,7 +351,7 @@ TEST(HelperDaemon, TheFailsafeAlwaysWatchesASensorAndHandsBackWhenItCannotReadIt
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         Daemon daemon(c.machine);
-        daemon.send("set-fan 1 3000\nset-fan 0 3000\n");
+        daemon.send(duty(fan2, 50));
         if (!c.file.empty()) {
             ASSERT_TRUE(daemon.settlesTo({"pwm2=128", "pwm2_enable=1"}));
             daemon.sysfs.write(c.file, c.content + "\n");

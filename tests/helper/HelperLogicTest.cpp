@@ -7,12 +7,20 @@
 
 namespace {
 
-TEST(CommandParser, AcceptsExactlyTheFourFormsAndRefusesTheRest) {
-    std::string ones; // " 1" 59 times: "set-all 10" + ones is exactly 128 bytes
-    for (int i = 0; i < 59; ++i)
-        ones += " 1";
-    std::vector<std::uint32_t> longest(60, 1);
-    longest[0] = 10;
+TEST(CommandParser, AcceptsExactlyTheFiveFormsAndRefusesTheRest) {
+    const std::string key = "hwmon/nct6798/nct6775.656/fan2";
+    // Keys of the longest allowed length, and a shorter last one, fill a set-all to
+    // exactly the line limit.
+    const std::string longKey(maxFanKeyBytes, 'k');
+    std::string longest = "set-all";
+    std::vector<FanValue> longestFans;
+    const auto add = [&](const std::string& fan) {
+        longest += " " + fan + "=1";
+        longestFans.push_back({fan, 1});
+    };
+    while (longest.size() + longKey.size() + 3 <= maxCommandLineBytes)
+        add(longKey);
+    add(std::string(maxCommandLineBytes - longest.size() - 3, 'z'));
     using K = CommandKind;
     const struct {
         std::string line;
@@ -20,23 +28,32 @@ TEST(CommandParser, AcceptsExactlyTheFourFormsAndRefusesTheRest) {
         std::string error;
     } cases[] = {
         {"quit", Command{}, ""},
-        {"set-fan 0 999999999", Command{K::setFan, 0, {999999999}}, ""},
-        {"set-all 1800 0 007", Command{K::setAll, 0, {1800, 0, 7}}, ""},
-        {"fan-auto 3", Command{K::fanAuto, 3, {}}, ""},
-        {"set-all 10" + ones, Command{K::setAll, 0, longest}, ""},
-        {"set-all 100" + ones, {}, "line longer than 128 bytes"},
+        {"set-fan " + key + " 999999999", Command{K::setFan, {{key, 999999999}}}, ""},
+        {"set-duty " + key + " 100", Command{K::setDuty, {{key, 100}}}, ""},
+        {"set-all " + key + "=1800 x=007", Command{K::setAll, {{key, 1800}, {"x", 7}}}, ""},
+        {"fan-auto " + key, Command{K::fanAuto, {{key, 0}}}, ""},
+        {longest, Command{K::setAll, longestFans}, ""},
+        {longest + "0", {}, "line longer than 8192 bytes"},
+        // A position is no longer a fan's name, and a key holds no path tricks or blanks.
+        {"set-fan 0 3000", Command{K::setFan, {{"0", 3000}}}, ""},
+        {"set-fan " + longKey + "k 1", {}, "not a fan key"},
+        {"fan-auto a;b", {}, "not a fan key"},
+        {"set-all " + key + " 1", {}, "set-all takes <key>=<rpm> pairs"},
+        {"set-all =1", {}, "missing fan key or extra space"},
+        {"set-duty " + key + " 101", {}, "duty above 100 percent"},
         {"QUIT", {}, "unknown command"},
         {std::string("quit\0", 5), {}, "unknown command"},
         {"quit ", {}, "wrong number of arguments for quit"},
-        {"set-fan  0 3000", {}, "wrong number of arguments for set-fan"},
-        {"set-all 1 ", {}, "missing number or extra space"},
-        {"set-all 100 -0", {}, "negative number"},
-        {"set-fan 0 +5", {}, "not a decimal number"},
-        {"set-fan 0 3000\r", {}, "not a decimal number"},
-        {"set-fan 0 1000000000", {}, "number too large"},
+        {"set-fan  " + key + " 3000", {}, "wrong number of arguments for set-fan"},
+        {"set-all", {}, "wrong number of arguments for set-all"},
+        {"set-all " + key + "=", {}, "missing number or extra space"},
+        {"set-fan " + key + " -0", {}, "negative number"},
+        {"set-fan " + key + " +5", {}, "not a decimal number"},
+        {"set-fan " + key + " 3000\r", {}, "not a decimal number"},
+        {"set-fan " + key + " 1000000000", {}, "number too large"},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE("line: " + c.line);
+        SCOPED_TRACE("line: " + c.line.substr(0, 80));
         const ParsedCommand parsed = parseCommand(c.line);
         EXPECT_EQ(parsed.command, c.expected);
         EXPECT_EQ(parsed.error, c.error);

@@ -25,8 +25,9 @@ TEST(HelperOneShot, AnswersEachMachineWithItsJson) {
          R"j({"key":"hwmon/nct6798/nct6775.656/temp1","label":"nct6798 SYSTIN","value":34},)j"
          R"j({"key":"hwmon/nct6798/nct6775.656/temp2","label":"Board sensor (cputin)","value":98},)j"
          R"j({"key":"tz/acpitz/0","label":"acpitz","value":27.8}],)j"
-         R"j("fans":[{"id":0,"actual":812,"min":300,"target":0},)j"
-         R"j({"id":1,"actual":1204,"min":0,"target":0},{"id":2,"actual":0,"min":0,"target":0}]})j"},
+         R"j("fans":[{"id":0,"key":"hwmon/nct6798/nct6775.656/fan1","actual":812,"min":300},)j"
+         R"j({"id":1,"key":"hwmon/nct6798/nct6775.656/fan2","actual":1204},)j"
+         R"j({"id":2,"key":"hwmon/nct6798/nct6775.656/fan5","actual":0}]})j"},
         {"amd desktop", buildAmdDesktop,
          R"j({"temperatures":[)j"
          R"j({"key":"hwmon/k10temp/0000:00:18.3/temp1","label":"CPU Die","value":61.5},)j"
@@ -34,15 +35,17 @@ TEST(HelperOneShot, AnswersEachMachineWithItsJson) {
          R"j({"key":"hwmon/nct6799/nct6775.2592/temp1","label":"nct6799 SYSTIN","value":31},)j"
          R"j({"key":"hwmon/amdgpu/0000:0a:00.0/temp1","label":"GPU Edge","value":45},)j"
          R"j({"key":"hwmon/amdgpu/0000:0a:00.0/temp2","label":"GPU Hotspot","value":52}],)j"
-         R"j("fans":[{"id":0,"actual":950,"min":0,"target":0},)j"
-         R"j({"id":1,"actual":1500,"min":0,"max":3300,"target":1500}]})j"},
+         R"j("fans":[{"id":0,"key":"hwmon/nct6799/nct6775.2592/fan2","actual":950},)j"
+         R"j({"id":1,"key":"hwmon/amdgpu/0000:0a:00.0/fan1","actual":1500,"min":0,"max":3300,)j"
+         R"j("target":1500}]})j"},
         {"macbook", buildMacBook,
          R"j({"temperatures":[)j"
          R"j({"key":"hwmon/applesmc/applesmc.768/temp1","label":"applesmc TB0T","value":30},)j"
          R"j({"key":"hwmon/applesmc/applesmc.768/temp2","label":"CPU Die","value":55},)j"
          R"j({"key":"hwmon/applesmc/applesmc.768/temp3","label":"CPU Proximity","value":45}],)j"
-         R"j("fans":[{"id":0,"actual":2000,"min":2000,"max":6200,"target":2000},)j"
-         R"j({"id":1,"actual":1998,"min":2000,"max":5800,"target":2000}]})j"},
+         R"j("fans":[{"id":0,"key":"hwmon/applesmc/applesmc.768/fan1","actual":2000,"min":2000,)j"
+         R"j("max":6200,"target":2000},{"id":1,"key":"hwmon/applesmc/applesmc.768/fan2",)j"
+         R"j("actual":1998,"min":2000,"max":5800,"target":2000}]})j"},
         // Two sockets without coretemp: their package zones stand in for the CPU.
         {"thermal zones only",
          [](const FakeSysfs& sysfs) {

@@ -85,8 +85,9 @@ TEST(SystemMonitor, ATickPublishesEverySourceAndAFailedReadPublishesZeros) {
 TEST(SystemMonitor, FanFiguresComeFromTheFirstFan) {
     const std::tuple<std::vector<FanInfo>, long long, long long> cases[] = {
         {{}, 0, 6000},
-        {{{0, 1234.9, 0, 5999.9, 0}, {1, 3000, 0, 7000, 0}}, 1234, 5999}, // truncated
-        {{{0, 10, 0, 0.5, 0}}, 10, 1}, // a maximum below 1 is raised to 1
+        {{{0, "", 1234.9, 0, 5999.9, 0}, {1, "", 3000, 0, 7000, 0}}, 1234, 5999}, // truncated
+        {{{0, "", 10, 0, 0.5, 0}}, 10, 1}, // a maximum below 1 is raised to 1
+        {{{0, "", 900, {}, {}, {}}}, 900, 0}, // no maximum reported: none made up
     };
     SystemMonitor monitor(fakeMonitors(), false);
     SystemSample sample;
@@ -95,7 +96,7 @@ TEST(SystemMonitor, FanFiguresComeFromTheFirstFan) {
         monitor.publish(sample);
         EXPECT_EQ(std::pair(monitor.fanSpeed(), monitor.fanMaxSpeed()), std::pair(speed, max));
     }
-    sample.thermal.fans = {{0, std::nan(""), 0, 6000, 0}};
+    sample.thermal.fans = {{0, "", std::nan(""), 0, 6000, 0}};
     EXPECT_DEATH(monitor.publish(sample), "cannot be converted");
 }
 

@@ -39,7 +39,7 @@ TEST(ReadAll, BrokenHelpersGiveEmptyReadingsAndLeaveNothingRunning) {
     const std::string pids = dir.str() + "/pids";
     const std::string good = R"({"temperatures":[{"key":"k","label":"CPU Die","value":48}],
                                  "fans":[{"id":0,"actual":1500}]})";
-    const ThermalReadings decoded{48, 0, {{"k", "CPU Die", 48}}, {{0, 1500}}};
+    const ThermalReadings decoded{48, 0, {{"k", "CPU Die", 48}}, {{0, "", 1500, {}, {}, {}}}};
     const ThermalReadings fits = decodeThermalAnswer(boardSensors(500));
     ASSERT_EQ(fits.sensors.size(), 500u);
     const struct {
@@ -112,9 +112,15 @@ TEST_F(Daemon, CommandsAreFormattedAndEndWithQuit) {
     ASSERT_TRUE(monitor.startDaemon());
     EXPECT_EQ(dir.read("pid"), first) << "a running daemon is reused";
     EXPECT_TRUE(monitor.setAllFans({}));
-    EXPECT_TRUE(monitor.setAllFans({{0, 1800.4}, {2, 2400.6}}));
-    EXPECT_TRUE(monitor.setFanSpeed(1, 2999.5));
-    EXPECT_TRUE(monitor.setFanSpeed(0, 2500.5)); // "%.0f" rounds a tie to even
+    EXPECT_TRUE(monitor.setAllFans({{"hwmon/b/d/fan2", 2400.6}, {"hwmon/a/d/fan1", 1800.4}}));
+    EXPECT_TRUE(monitor.setFanSpeed("hwmon/a/d/fan1", 2999.5));
+    // A fan with a maximum gets a speed, one without gets the duty itself, and one
+    // without a key is never named.
+    const std::vector<FanInfo> fans = {{0, "hwmon/a/d/fan1", 900, {}, 5000, {}},
+                                       {1, "hwmon/a/d/fan2", 900, {}, {}, {}},
+                                       {2, "", 900, {}, 3000, {}}};
+    EXPECT_TRUE(monitor.driveFans(fanDrives(fans, {{0, 50.5}, {1, 40}, {2, 30}})));
+    EXPECT_TRUE(monitor.driveFans({}));
     monitor.stopDaemon();
     monitor.stopDaemon();
     EXPECT_FALSE(monitor.sendCommand("fan-auto 0"));
@@ -122,9 +128,11 @@ TEST_F(Daemon, CommandsAreFormattedAndEndWithQuit) {
         ThermalMonitor goingAway(installed);
         ASSERT_TRUE(goingAway.startDaemon());
     } // Vorlune quitting must hand the fans back too.
-    EXPECT_EQ(dir.read("commands"),
-              "set-all 1800 0 2401\nset-fan 1 3000\nset-fan 0 2500\nquit\nquit\n");
-    EXPECT_DEATH(monitor.setAllFans({{-2, 1000}, {-1, 1000}}), "must not be negative");
+    EXPECT_EQ(dir.read("commands"), "set-all hwmon/a/d/fan1=1800 hwmon/b/d/fan2=2401\n"
+                                    "set-fan hwmon/a/d/fan1 3000\n"
+                                    "set-duty hwmon/a/d/fan2 40\n"
+                                    "set-all hwmon/a/d/fan1=2525\n"
+                                    "quit\nquit\n");
 }
 
 TEST_F(Daemon, ADaemonThatIgnoresQuitIsAskedToTerminateAndNotWaitedOnForever) {
@@ -148,18 +156,29 @@ TEST_F(Daemon, DeadOrDeafDaemonIsReportedAndCommandsFailWithoutHarm) {
     ASSERT_TRUE(monitor.startDaemon());
     killDaemon();
     EXPECT_TRUE(eventually([&] { return !monitor.isDaemonRunning(); }));
-    EXPECT_FALSE(monitor.setFanSpeed(0, 1000));
+    EXPECT_FALSE(monitor.setFanSpeed("hwmon/a/d/fan1", 1000));
+    // The death is noticed once, and a daemon is run once more to restore the fans.
+    EXPECT_TRUE(monitor.checkDaemon());
+    EXPECT_FALSE(monitor.checkDaemon());
+    EXPECT_EQ(monitor.daemonProblem(), "the fan daemon stopped unexpectedly (signal 9); the fans "
+                                       "were handed back to automatic control");
     ASSERT_TRUE(monitor.startDaemon()) << "a dead daemon is replaced";
-    EXPECT_TRUE(monitor.setFanSpeed(0, 1200));
+    EXPECT_EQ(monitor.daemonProblem(), "");
+    EXPECT_TRUE(monitor.setFanSpeed("hwmon/a/d/fan1", 1200));
     monitor.stopDaemon();
-    EXPECT_EQ(dir.read("commands"), "set-fan 0 1200\nquit\n");
+    EXPECT_EQ(dir.read("commands"), "quit\nset-fan hwmon/a/d/fan1 1200\nquit\n");
+
+    // A daemon that ends before its ready line is given up on at once, not waited for.
+    install("exit 3\n");
+    EXPECT_FALSE(monitor.startDaemon());
+    EXPECT_EQ(monitor.daemonProblem(), "the fan daemon did not start");
 
     // Closes its input and lives on; SIGPIPE at its default action must not end us.
     signal(SIGPIPE, SIG_DFL);
     install("exec 0<&-\necho ready\nexec sleep 300\n");
     ASSERT_TRUE(monitor.startDaemon());
     EXPECT_TRUE(monitor.isDaemonRunning());
-    EXPECT_FALSE(monitor.sendCommand("set-fan 0 1000"));
+    EXPECT_FALSE(monitor.sendCommand("set-fan hwmon/a/d/fan1 1000"));
     killDaemon();
     monitor.stopDaemon();
     ignoreSigpipe();

@@ -28,7 +28,7 @@ TEST(PopoverScreenshots, EveryPopoverInLightAndDark) {
         sample.thermal = {50.0 + 25.0 * wave,
                           58.2,
                           {{"tc0", "CPU Die", 66.0}, {"gpu0", "GPU Edge", 58.0}},
-                          {{0, 2400.7, 1200.0, 6000.0, 2400.0}, {1, 0.0, 1200.0, 6000.0, 0.0}}};
+                          {{0, "", 2400.7, 1200.0, 6000.0, 2400.0}, {1, "", 0.0, 1200.0, 6000.0, 0.0}}};
         rig.monitor.publish(sample);
     }
     for (const bool dark : {false, true}) {

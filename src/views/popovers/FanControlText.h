@@ -1,5 +1,6 @@
 #pragma once
 
+#include "monitors/FanDrive.h"
 #include "monitors/ThermalReadings.h"
 
 #include <QColor>
@@ -7,15 +8,17 @@
 
 #include <optional>
 
-/// The target speed for a manual setting: percent / 100 x the fan's maximum. The
-/// minimum is deliberately not used, so 0 % asks for 0 RPM.
-double targetRpm(double percent, double maxRpm);
+/// A slider's reading: "%.0f%% — %.0f RPM" of the percentage and its target speed, or
+/// the percentage alone for a fan driven by duty (no maximum to take a share of).
+QString sliderValueText(const FanDrive& drive, double percent);
 
-/// A slider's reading: "%.0f%% — %.0f RPM" of the percentage and its target speed.
-QString sliderValueText(double percent, double rpm);
+/// "Min: ", "Target: " or "Max: " followed by the whole RPM, or "—" when the chip does
+/// not report that figure.
+QString fanFigureText(const char* name, const std::optional<double>& rpm);
 
-/// "Min: ", "Target: " or "Max: " followed by the whole RPM.
-QString fanFigureText(const char* name, double rpm);
+/// The fan section's line for ThermalMonitor::daemonProblem(): "Manual control refused:
+/// <reason>." for a refusal, else "Manual control stopped: <problem>."; empty for none.
+QString daemonProblemText(const std::string& problem);
 
 /// The fan section's "Status:" reading.
 struct FanStatus {
@@ -28,5 +31,6 @@ struct FanStatus {
 
 /// "Manual override" in orange while manual mode is on; else "Idle — fans off" in green
 /// when the published fan speed is 0; else the load (speed / maximum) as a whole
-/// percentage and "% capacity", red above 0.8, orange above 0.5, green otherwise.
+/// percentage and "% capacity", red above 0.8, orange above 0.5, green otherwise; or,
+/// when the fan reports no maximum (0), its speed alone in green, with no bar.
 FanStatus fanStatus(bool isManualMode, long long fanSpeed, long long fanMaxSpeed);

@@ -133,11 +133,19 @@ QWidget* FanDetailContent::makeControls() {
     warning->setWordWrap(true);
     PopoverStyle::setTextColor(warning, MenuBarColors::warm);
 
+    // Why manual control is not on although it was asked for; kept by the thermal
+    // monitor, so it is still there when the popover is opened again.
+    problemLine = PopoverStyle::label({}, 9, QFont::Normal, panel);
+    problemLine->setObjectName(QStringLiteral("daemonProblem"));
+    problemLine->setWordWrap(true);
+    PopoverStyle::setTextColor(problemLine, MenuBarColors::hot);
+
     rowsColumn = new QVBoxLayout;
     rowsColumn->setSpacing(6);
 
     column->addLayout(switchLine);
     column->addLayout(statusLine);
+    column->addWidget(problemLine);
     column->addWidget(warning);
     column->addLayout(rowsColumn);
     return panel;
@@ -180,6 +188,13 @@ void FanDetailContent::refreshSetupCard() {
 }
 
 void FanDetailContent::refreshControls() {
+    ThermalMonitor& thermal = monitor.thermalMonitor();
+    // A daemon that died while manual control was on: the switch follows what is true.
+    if (isManualMode_ && !isInstalling_ && !thermal.isDaemonRunning())
+        isManualMode_ = false;
+    const QString problem = isManualMode_ ? QString() : daemonProblemText(thermal.daemonProblem());
+    problemLine->setText(problem);
+    problemLine->setVisible(!problem.isEmpty());
     {
         const QSignalBlocker quiet(manualSwitch);
         manualSwitch->setChecked(isManualMode_);
@@ -207,9 +222,8 @@ void FanDetailContent::refreshRows() {
     }
     while (sliderRows.size() < sliders) {
         auto* row = new FanSliderRow(controls);
-        connect(row, &FanSliderRow::percentChanged, this,
-                [this](long long fanId, double percent) { fanPercentages_[fanId] = percent; });
-        connect(row, &FanSliderRow::speedCommandDue, this, &FanDetailContent::sendFanSpeed);
+        connect(row, &FanSliderRow::percentChanged, this, &FanDetailContent::keepPercent);
+        connect(row, &FanSliderRow::driveDue, this, &FanDetailContent::sendDrive);
         sliderRows.push_back(row);
         rowsColumn->addWidget(row);
     }
@@ -261,45 +275,51 @@ void FanDetailContent::manualSwitchToggled(bool on) {
 
 void FanDetailContent::switchManualOn() {
     isInstalling_ = true;
-    std::map<long long, double> speeds;
-    for (const FanInfo& fan : monitor.fans()) {
-        // The daemon numbers its fans from 0; a negative id cannot name one of them.
-        if (fan.id >= 0)
-            speeds[fan.id] = targetRpm(percentOf(fanPercentages_, fan.id), fan.max);
-    }
+    const std::vector<FanDrive> drives = fanDrives(monitor.fans(), fanPercentages_);
     ThermalMonitor* thermal = &monitor.thermalMonitor();
     runFanControlWork(
         monitor, this,
-        [thermal, speeds] {
+        [thermal, drives] {
             if (!thermal->startDaemon())
                 return false;
             std::this_thread::sleep_for(pauseAfterDaemonStart);
-            thermal->setAllFans(speeds);
+            thermal->driveFans(drives);
             return true;
         },
         [this](bool started) {
             isInstalling_ = false;
-            if (!started) {
-                const std::string refusal = monitor.thermalMonitor().daemonRefusal();
-                failureLine->setText(refusal.empty() ? installFailedText
-                                                     : QStringLiteral("Manual control refused: %1.")
-                                                           .arg(QString::fromStdString(refusal)));
-                installFailed_ = true;
-                isManualMode_ = false;
-            }
+            if (!started)
+                isManualMode_ = false; // the problem line says why
             refresh();
         });
 }
 
 void FanDetailContent::switchManualOff() {
     settings.setFanPercentages(fanPercentages_);
-    monitor.setAllFansAuto();
-    monitor.thermalMonitor().stopDaemon();
+    // Stopping waits for the daemon to hand the fans back: never on the main thread. The
+    // fans are taken here, since the published list changes on this thread.
+    std::vector<std::string> keys;
+    for (const FanInfo& fan : monitor.fans()) {
+        if (!fan.key.empty())
+            keys.push_back(fan.key);
+    }
+    ThermalMonitor* thermal = &monitor.thermalMonitor();
+    fanControlQueue(monitor).start([thermal, keys] {
+        for (const std::string& key : keys)
+            thermal->sendCommand("fan-auto " + key);
+        thermal->stopDaemon();
+    });
 }
 
-void FanDetailContent::sendFanSpeed(long long fanId, double rpm) {
+void FanDetailContent::keepPercent(long long fanId, double percent) {
+    fanPercentages_[fanId] = percent;
+    // Saved as it moves, so a crash, a killed app or a closed popover keeps it.
+    settings.setFanPercentages(fanPercentages_);
+}
+
+void FanDetailContent::sendDrive(const FanDrive& drive) {
     if (!isManualMode_)
         return;
     ThermalMonitor* thermal = &monitor.thermalMonitor();
-    fanControlQueue(monitor).start([thermal, fanId, rpm] { thermal->setFanSpeed(fanId, rpm); });
+    fanControlQueue(monitor).start([thermal, drive] { thermal->driveFans({drive}); });
 }

@@ -6,6 +6,7 @@
 #include <map>
 #include <vector>
 
+struct FanDrive;
 class AppSettings;
 class ColoredProgressBar;
 class FanReadoutRow;
@@ -51,7 +52,8 @@ private:
     void manualSwitchToggled(bool on);
     void switchManualOn();
     void switchManualOff();
-    void sendFanSpeed(long long fanId, double rpm);
+    void keepPercent(long long fanId, double percent);
+    void sendDrive(const FanDrive& drive);
 
     SystemMonitor& monitor;
     AppSettings& settings;
@@ -70,6 +72,7 @@ private:
     QWidget* controls;
     ToggleSwitch* manualSwitch;
     QLabel* status;
+    QLabel* problemLine;
     ColoredProgressBar* statusBar;
     QLabel* warning;
     QVBoxLayout* rowsColumn;

@@ -43,8 +43,7 @@ FanSliderRow::FanSliderRow(QWidget* parent) : QWidget(parent) {
 
     connect(slider_, &QSlider::valueChanged, this, &FanSliderRow::sliderMoved);
     connect(slider_, &QSlider::sliderPressed, this, [this] { throttle.reset(); });
-    connect(slider_, &QSlider::sliderReleased, this,
-            [this] { emit speedCommandDue(fan.id, target()); });
+    connect(slider_, &QSlider::sliderReleased, this, [this] { emit driveDue(drive()); });
 }
 
 void FanSliderRow::setFan(const FanInfo& shown, double percent) {
@@ -66,13 +65,13 @@ void FanSliderRow::sliderMoved(int position) {
     showValue();
     emit percentChanged(fan.id, percent_);
     if (!slider_->isSliderDown() || throttle.allow(CommandThrottle::Clock::now()))
-        emit speedCommandDue(fan.id, target());
+        emit driveDue(drive());
 }
 
 void FanSliderRow::showValue() {
-    value->setText(sliderValueText(percent_, target()));
+    value->setText(sliderValueText(drive(), percent_));
 }
 
-double FanSliderRow::target() const {
-    return targetRpm(percent_, fan.max);
+FanDrive FanSliderRow::drive() const {
+    return fanDrive(fan, percent_);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CommandThrottle.h"
+#include "monitors/FanDrive.h"
 #include "monitors/ThermalReadings.h"
 
 #include <QWidget>
@@ -9,8 +10,9 @@ class FanDetailsLine;
 class QLabel;
 class QSlider;
 
-/// One fan under manual control: "Fan " and its 1-based number, a slider over 0–100 %,
-/// the percentage with its target speed in a monospaced font, and the fan's figures.
+/// One fan under manual control: "Fan " and its 1-based number, a slider over 20–100 %,
+/// the percentage (with its target speed when the fan reports a maximum) in a
+/// monospaced font, and the fan's figures.
 class FanSliderRow : public QWidget {
     Q_OBJECT
 public:
@@ -30,15 +32,15 @@ public:
 signals:
     /// The user moved the slider.
     void percentChanged(long long fanId, double percent);
-    /// The fan should now be driven at `rpm` (the percentage of its maximum): when the
-    /// slider is let go or moved without dragging, and at most every dragCommandGap
-    /// while it is dragged.
-    void speedCommandDue(long long fanId, double rpm);
+    /// The fan should now be driven as `drive` says (a share of its maximum, or a duty):
+    /// when the slider is let go or moved without dragging, and at most every
+    /// dragCommandGap while it is dragged.
+    void driveDue(const FanDrive& drive);
 
 private:
     void sliderMoved(int value);
     void showValue();
-    double target() const;
+    FanDrive drive() const;
 
     FanInfo fan;
     bool showsFan = false;

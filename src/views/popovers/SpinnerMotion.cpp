@@ -18,7 +18,13 @@ SpinnerInputs spinnerInputs(const std::vector<FanInfo>& fans, double fanSpeed, d
             sum += fan.actual;
         speed = sum / static_cast<double>(fans.size());
     }
-    double load = fanMaxSpeed > 0 ? speed / fanMaxSpeed : 0.0;
+    if (fanMaxSpeed <= 0) {
+        // No maximum to take a share of: the turn follows the speed itself, one turn
+        // per 2400 revolutions, between 2 s and 0.3 s.
+        const double turn = speed > 0 ? 2400.0 / speed : 2.0;
+        return {speed > 0, std::isfinite(turn) ? std::clamp(turn, 0.3, 2.0) : 2.0};
+    }
+    double load = speed / fanMaxSpeed;
     if (!std::isfinite(load))
         load = 0.0;
     return {speed > 0, std::max(2.0 - 1.7 * load, 0.3)};

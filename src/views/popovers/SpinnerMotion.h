@@ -14,8 +14,9 @@ struct SpinnerInputs {
 };
 
 /// The speed is the mean `actual` of `fans`, or `fanSpeed` when there are none; the load
-/// is that speed over `fanMaxSpeed` (0 when the maximum is not above 0). A turn takes
-/// 2.0 - 1.7 x load seconds, never less than 0.3.
+/// is that speed over `fanMaxSpeed`, and a turn takes 2.0 - 1.7 x load seconds, never
+/// less than 0.3. Without a maximum (not above 0) a turn takes 2400 / speed seconds,
+/// from 2.0 down to 0.3.
 SpinnerInputs spinnerInputs(const std::vector<FanInfo>& fans, double fanSpeed, double fanMaxSpeed);
 
 /// 360 / duration, capped at ten turns a second (3600) for durations of 0.1 s and less.
