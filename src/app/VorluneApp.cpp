@@ -8,6 +8,7 @@
 #include "monitors/SystemMonitor.h"
 #include "settings/AppSettings.h"
 #include "tray/Symbols.h"
+#include "views/popovers/FanControlQueue.h"
 #include "views/popovers/MonitorPopoverView.h"
 #include "views/settings/SettingsWindowController.h"
 
@@ -30,6 +31,13 @@ VorluneApp::VorluneApp(const QString& settingsFile, QObject* parent)
       settingsWindow(std::make_unique<SettingsWindowController>(
           *appSettings, [] { StatusBarManager::shared().syncStatusItems(); })) {
     StatusBarManager::shared().setOpenSettings([this] { settingsWindow->showSettings(); });
+    ThermalMonitor* thermal = &monitor->thermalMonitor();
+    settingsWindow->setSensorHelperActions(
+        {[thermal] { return thermal->isHelperInstalled(); },
+         [this, thermal](std::function<void(bool)> done) {
+             runFanControlWork(
+                 *monitor, this, [thermal] { return thermal->uninstallHelper(); }, std::move(done));
+         }});
     // A change made to the settings file by another process shows within one tick.
     connect(monitor.get(), &SystemMonitor::sampled, appSettings.get(),
             [this] { appSettings->reloadIfChanged(); });

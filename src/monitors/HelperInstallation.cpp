@@ -4,7 +4,35 @@
 #include "linux/HelperLocation.h"
 #include "linux/QuietRun.h"
 
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <sys/stat.h>
 #include <unistd.h>
+
+namespace {
+
+// Device, inode, size and change time: what changes when a file is replaced or written.
+std::optional<std::string> fileStamp(const std::string& path) {
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0)
+        return std::nullopt;
+    return std::to_string(info.st_dev) + ":" + std::to_string(info.st_ino) + ":" +
+           std::to_string(info.st_size) + ":" + std::to_string(info.st_ctim.tv_sec) + "." +
+           std::to_string(info.st_ctim.tv_nsec);
+}
+
+std::optional<std::string> readWholeFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in)
+        return std::nullopt;
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return in.bad() ? std::nullopt : std::optional(bytes.str());
+}
+
+} // namespace
 
 std::vector<std::string> installArguments(const std::string& helperPath,
                                           const std::string& installedPath, unsigned groupId) {
@@ -13,6 +41,38 @@ std::vector<std::string> installArguments(const std::string& helperPath,
     return {installProgram,          "-D", "-T",   "-o", "root",     "-g",
             std::to_string(groupId), "-m", "4750", "--", helperPath, installedPath};
 }
+bool ThermalMonitor::uninstallHelper() {
+    stopDaemon();
+    std::error_code error;
+    const auto installed = [&] {
+        return std::filesystem::symlink_status(installedHelperPath_, error).type() !=
+               std::filesystem::file_type::not_found;
+    };
+    if (!installed())
+        return true;
+    runQuietly(elevationProgram_, {removeProgram, "-f", "--", installedHelperPath_});
+    return !installed();
+}
+
+bool ThermalMonitor::isHelperOutdated() const {
+    if (!helperPath_)
+        return false;
+    const std::optional<std::string> shipped = fileStamp(*helperPath_);
+    const std::optional<std::string> installed = fileStamp(installedHelperPath_);
+    if (!shipped || !installed)
+        return false;
+    // Compared again only when either file changed, not on every refresh.
+    std::lock_guard lock(comparedLock);
+    const std::string stamp = *shipped + "|" + *installed;
+    if (stamp != comparedStamp) {
+        const std::optional<std::string> a = readWholeFile(*helperPath_);
+        const std::optional<std::string> b = readWholeFile(installedHelperPath_);
+        comparedOutdated = a && b && *a != *b;
+        comparedStamp = stamp;
+    }
+    return comparedOutdated;
+}
+
 bool ThermalMonitor::installHelper() {
     // A copy anyone else could have replaced must never become set-user-ID root.
     if (!helperPath_ || !isTrustedHelperSource(*helperPath_))

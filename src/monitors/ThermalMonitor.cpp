@@ -59,6 +59,12 @@ std::string awaitReadyLine(int output) {
 
 constexpr std::string_view refusalPrefix = "refused: ";
 
+#ifdef VORLUNE_BUILD_HELPER_PATH
+constexpr const char* buildTreeHelper = VORLUNE_BUILD_HELPER_PATH;
+#else
+constexpr const char* buildTreeHelper = ""; // release builds look beside the executable only
+#endif
+
 } // namespace
 
 struct ThermalMonitor::Daemon {
@@ -75,8 +81,7 @@ ThermalMonitor::~ThermalMonitor() {
 }
 
 std::optional<std::string> ThermalMonitor::locateHelper() {
-    return locateHelperFrom(executableDirectory().value_or(std::string()),
-                            VORLUNE_BUILD_HELPER_PATH);
+    return locateHelperFrom(executableDirectory().value_or(std::string()), buildTreeHelper);
 }
 
 bool ThermalMonitor::isHelperInstalled() const {

@@ -34,6 +34,10 @@ public:
     static std::optional<std::string> locateHelper();
     /// Whether the installed path is a root-owned executable file with the setuid bit.
     bool isHelperInstalled() const;
+    /// Whether the installed copy differs from the helper this Vorlune ships (an
+    /// upgrade left the old one): its daemon may not speak this version's commands, so
+    /// it is reinstalled before manual control. False when either cannot be read.
+    bool isHelperOutdated() const;
     /// Runs `path --all` and decodes its answer; empty readings when it cannot be
     /// started, answers badly, or has not exited 1.5 s after launch (it is killed).
     /// Takes no lock; safe from the sampling thread while the daemon is in use.
@@ -77,6 +81,9 @@ public:
     bool checkDaemon();
     /// Copies the helper to the installed path with elevated rights; blocks on the prompt.
     bool installHelper();
+    /// Stops the daemon and removes the installed copy with elevated rights; blocks on
+    /// the prompt. True when no copy is left.
+    bool uninstallHelper();
 
     const std::string& installedHelperPath() const { return installedHelperPath_; }
     const std::string& elevationProgram() const { return elevationProgram_; }
@@ -92,4 +99,7 @@ private:
     std::string daemonProblem_;      // guarded by daemonLock
     std::atomic<bool> daemonUp_ = false;
     std::mutex daemonLock;
+    mutable std::mutex comparedLock;
+    mutable std::string comparedStamp; // the files' identities when last compared
+    mutable bool comparedOutdated = false;
 };

@@ -29,6 +29,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
 #include <signal.h>
 
 namespace {
@@ -151,6 +152,23 @@ TEST(InstallHelper, TrustsOnlyARootOwnedSetuidCopyMadeByAnAcceptedPrompt) {
                           *rig.thermal().helperPath() + "|" + rig.installed + "|");
         }
     }
+    // An upgrade leaves the old copy: outdated until reinstalled. Removing it goes
+    // through the prompt too, the path one argument; a dismissed prompt leaves it.
+    FanRig rig;
+    rig.dir.writeScript("elevate", "printf '%s|' \"$@\" > \"$0.args\"\nexec \"$@\"\n");
+    ASSERT_TRUE(rig.thermal().installHelper());
+    EXPECT_FALSE(rig.thermal().isHelperOutdated());
+    std::ofstream(rig.installed, std::ios::app) << "an older build";
+    EXPECT_TRUE(rig.thermal().isHelperOutdated());
+    rig.dir.writeScript("elevate.dismissed", "exit 126\n");
+    fs::rename(rig.dir.path() / "elevate", rig.dir.path() / "elevate.accepting");
+    fs::rename(rig.dir.path() / "elevate.dismissed", rig.dir.path() / "elevate");
+    EXPECT_FALSE(rig.thermal().uninstallHelper());
+    fs::rename(rig.dir.path() / "elevate.accepting", rig.dir.path() / "elevate");
+    EXPECT_TRUE(rig.thermal().uninstallHelper());
+    EXPECT_FALSE(fs::exists(rig.installed));
+    EXPECT_EQ(rig.dir.read("elevate.args"), "/usr/bin/rm|-f|--|" + rig.installed + "|");
+
     // A helper someone else could have replaced is never offered to the prompt.
     TempDir dir;
     const fs::path copy = dir.write("smc_helper", "#!/bin/sh\n", 0775);

@@ -133,6 +133,19 @@ class DebianPackage(InstalledChecks, unittest.TestCase):
         self.assertEqual(len(depends), len(set(depends)), "no package is named twice")
         self.assertEqual([p for p in depends if p.endswith("-dev")], [], "only run-time packages")
 
+    def test_removal_takes_the_set_user_id_helper_with_it_and_an_upgrade_does_not(self):
+        scripts = os.path.join(self.scratch, "control")
+        run(["dpkg-deb", "-e", self.deb, scripts], check=True)
+        for action, kept in [("upgrade", True), ("remove", False), ("purge", False)]:
+            root = tempfile.mkdtemp(dir=self.scratch)
+            helper = os.path.join(root, "usr/local/bin/vorlune_smc_helper")
+            os.makedirs(os.path.dirname(helper))
+            open(helper, "w").close()
+            result = run([os.path.join(scripts, "postrm"), action],
+                         env=dict(os.environ, DPKG_ROOT=root))
+            self.assertEqual(result.returncode, 0, action)
+            self.assertEqual(os.path.exists(helper), kept, action)
+
     def test_unpacked_app_runs_its_own_helper_and_draws_its_icon(self):
         # A copy of the tree whose helper notes each start before running the real one,
         # so even a start of a few milliseconds leaves a trace.

@@ -63,9 +63,9 @@ QWidget* FanDetailContent::makeSetupCard() {
     column->setContentsMargins(10, 10, 10, 10);
     column->setSpacing(6);
 
-    auto* title = PopoverStyle::label(QStringLiteral("Fan control requires a one-time setup."), 10,
-                                      QFont::Medium, card);
-    title->setWordWrap(true);
+    setupTitle = PopoverStyle::label(QStringLiteral("Fan control requires a one-time setup."), 10,
+                                     QFont::Medium, card);
+    setupTitle->setWordWrap(true);
     auto* explanation = PopoverStyle::secondaryLabel(
         QStringLiteral("Installs a small helper to /usr/local/bin with admin privileges. "
                        "Required once."),
@@ -90,7 +90,7 @@ QWidget* FanDetailContent::makeSetupCard() {
     failureLine->setObjectName(QStringLiteral("installFailed"));
     PopoverStyle::setTextColor(failureLine, MenuBarColors::hot);
 
-    column->addWidget(title);
+    column->addWidget(setupTitle);
     column->addWidget(explanation);
     column->addLayout(buttonLine);
     column->addWidget(failureLine);
@@ -165,7 +165,15 @@ void FanDetailContent::showEvent(QShowEvent* event) {
 
 void FanDetailContent::refresh() {
     sensorColor = sensorAccentColor(SensorType::fan, settings);
-    const bool installed = monitor.thermalMonitor().isHelperInstalled();
+    // An outdated copy may not speak this version's commands: it is set up again first.
+    const ThermalMonitor& thermal = monitor.thermalMonitor();
+    const bool outdated = thermal.isHelperInstalled() && thermal.isHelperOutdated();
+    setupTitle->setText(outdated ? QStringLiteral("The sensor helper is from another version "
+                                                  "of Vorlune. Reinstall it to control fans.")
+                                 : QStringLiteral("Fan control requires a one-time setup."));
+    helperOutdated = outdated;
+    // While manual control runs, its switch stays to hand the fans back.
+    const bool installed = thermal.isHelperInstalled() && (!outdated || isManualMode_);
     setupCard->setVisible(!installed);
     controls->setVisible(installed);
     if (installed)
@@ -181,7 +189,8 @@ void FanDetailContent::refreshSetupCard() {
         enableButton->setText(QStringLiteral("Installing..."));
     } else {
         enableButton->setIcon(symbolIcon("lock.shield", palette().color(QPalette::ButtonText)));
-        enableButton->setText(QStringLiteral("Enable Fan Control"));
+        enableButton->setText(helperOutdated ? QStringLiteral("Reinstall Helper")
+                                             : QStringLiteral("Enable Fan Control"));
     }
     installProgress->setVisible(isInstalling_);
     failureLine->setVisible(installFailed_);

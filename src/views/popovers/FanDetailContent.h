@@ -65,6 +65,8 @@ private:
     bool isSyncing_ = false;
 
     QWidget* setupCard;
+    QLabel* setupTitle;
+    bool helperOutdated = false;
     QPushButton* enableButton;
     QProgressBar* installProgress;
     QLabel* failureLine;

@@ -6,7 +6,10 @@
 
 #include <QComboBox>
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QLabel>
+#include <QPointer>
+#include <QPushButton>
 #include <QSignalBlocker>
 
 #include <array>
@@ -29,12 +32,15 @@ constexpr std::array<IntervalChoice, 4> intervalChoices{{
 } // namespace
 
 GeneralSettingsView::GeneralSettingsView(AppSettings& settings, LaunchAtLogin launchAtLogin,
-                                         QWidget* parent)
-    : FormPage(parent), settings(settings), launchAtLogin(std::move(launchAtLogin)) {
+                                         SensorHelperActions helperActions, QWidget* parent)
+    : FormPage(parent), settings(settings), launchAtLogin(std::move(launchAtLogin)),
+      helperActions(std::move(helperActions)) {
     addUpdateInterval();
     addDisplayMode();
     addAppearance();
     addStartup();
+    if (this->helperActions.isInstalled && this->helperActions.uninstall)
+        addSensorHelper();
 }
 
 QString GeneralSettingsView::appearanceExplanation(AppearanceMode mode) {
@@ -107,7 +113,40 @@ void GeneralSettingsView::addStartup() {
     addSection(QStringLiteral("Startup"))->addRow(QStringLiteral("Launch at login"), launchToggle);
 }
 
+void GeneralSettingsView::addSensorHelper() {
+    helperState = new QLabel;
+    helperState->setObjectName(QStringLiteral("sensorHelperState"));
+    uninstallButton = new QPushButton(QStringLiteral("Uninstall helper"));
+    uninstallButton->setObjectName(QStringLiteral("uninstallHelper"));
+    connect(uninstallButton, &QPushButton::clicked, this, [this] {
+        uninstallButton->setEnabled(false);
+        helperState->setText(QStringLiteral("Removing..."));
+        helperActions.uninstall([self = QPointer(this)](bool) {
+            if (self)
+                self->refreshSensorHelper();
+        });
+    });
+    auto* line = new QHBoxLayout;
+    line->setContentsMargins(0, 0, 0, 0);
+    line->addWidget(helperState);
+    line->addWidget(uninstallButton);
+    auto* row = new QWidget;
+    row->setLayout(line);
+    addSection(QStringLiteral("Fan Control"))->addRow(QStringLiteral("Sensor helper"), row);
+    refreshSensorHelper();
+}
+
+void GeneralSettingsView::refreshSensorHelper() {
+    if (!helperState)
+        return;
+    const bool installed = helperActions.isInstalled();
+    helperState->setText(installed ? QStringLiteral("Installed") : QStringLiteral("Not installed"));
+    uninstallButton->setVisible(installed);
+    uninstallButton->setEnabled(true);
+}
+
 void GeneralSettingsView::showEvent(QShowEvent* event) {
+    refreshSensorHelper();
     // The entry can change behind our back (another tool, a previous run).
     const QSignalBlocker quiet(launchToggle);
     launchToggle->setChecked(launchAtLogin.isEnabled());

@@ -2,6 +2,7 @@
 
 #include "FormPage.h"
 #include "LaunchAtLogin.h"
+#include "SensorHelperActions.h"
 #include "settings/Enumerations.h"
 
 class AppSettings;
@@ -13,7 +14,7 @@ class GeneralSettingsView : public FormPage {
     Q_OBJECT
 public:
     GeneralSettingsView(AppSettings& settings, LaunchAtLogin launchAtLogin,
-                        QWidget* parent = nullptr);
+                        SensorHelperActions helperActions = {}, QWidget* parent = nullptr);
 
     /// The line under the mode picker for `mode`.
     static QString appearanceExplanation(AppearanceMode mode);
@@ -26,9 +27,14 @@ private:
     void addDisplayMode();
     void addAppearance();
     void addStartup();
+    void addSensorHelper();
+    void refreshSensorHelper();
     void setLaunchAtLogin(bool on);
 
     AppSettings& settings;
     LaunchAtLogin launchAtLogin;
     ToggleSwitch* launchToggle = nullptr;
+    SensorHelperActions helperActions;
+    class QLabel* helperState = nullptr;
+    class QPushButton* uninstallButton = nullptr;
 };

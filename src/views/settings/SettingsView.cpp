@@ -16,11 +16,13 @@ constexpr std::array<const char*, 4> tabSymbols{"gear", "gauge.with.dots.needle.
 } // namespace
 
 SettingsView::SettingsView(AppSettings& settings, std::function<void()> syncStatusItems,
-                           LaunchAtLogin launchAtLogin, QWidget* parent)
+                           LaunchAtLogin launchAtLogin, SensorHelperActions helperActions,
+                           QWidget* parent)
     : QTabWidget(parent) {
     setDocumentMode(true);
     setIconSize(QSize(16, 16));
-    addTab(new GeneralSettingsView(settings, std::move(launchAtLogin)), QStringLiteral("General"));
+    addTab(new GeneralSettingsView(settings, std::move(launchAtLogin), std::move(helperActions)),
+           QStringLiteral("General"));
     addTab(new MonitorsSettingsView(settings, std::move(syncStatusItems)),
            QStringLiteral("Monitors"));
     addTab(new AppearanceSettingsView(settings), QStringLiteral("Appearance"));

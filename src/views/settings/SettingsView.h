@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LaunchAtLogin.h"
+#include "SensorHelperActions.h"
 
 #include <QTabWidget>
 
@@ -15,7 +16,8 @@ class SettingsView : public QTabWidget {
 public:
     /// `syncStatusItems` runs after a tray item is switched on or off.
     SettingsView(AppSettings& settings, std::function<void()> syncStatusItems,
-                 LaunchAtLogin launchAtLogin, QWidget* parent = nullptr);
+                 LaunchAtLogin launchAtLogin, SensorHelperActions helperActions = {},
+                 QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
 

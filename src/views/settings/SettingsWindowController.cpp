@@ -49,7 +49,8 @@ QWidget* SettingsWindowController::buildWindow() {
 
     auto* layout = new QVBoxLayout(window);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(new SettingsView(settings, syncStatusItems, launchAtLogin, window));
+    layout->addWidget(
+        new SettingsView(settings, syncStatusItems, launchAtLogin, helperActions, window));
 
     // The appearance picker lives in this window, so a new mode shows here at once.
     connect(&settings, &AppSettings::objectWillChange, window, [this, window] {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LaunchAtLogin.h"
+#include "SensorHelperActions.h"
 #include "settings/Enumerations.h"
 
 #include <QObject>
@@ -29,6 +30,9 @@ public:
     /// Either way the window takes the current appearance and is activated.
     void showSettings();
 
+    /// What the General tab's sensor helper row does; windows built later get it.
+    void setSensorHelperActions(SensorHelperActions actions) { helperActions = std::move(actions); }
+
     /// The window built last, while it exists.
     QWidget* window() const { return settingsWindow; }
 
@@ -42,6 +46,7 @@ private:
     AppSettings& settings;
     std::function<void()> syncStatusItems;
     LaunchAtLogin launchAtLogin;
+    SensorHelperActions helperActions;
     QPointer<QWidget> settingsWindow;
     AppearanceMode appliedMode = AppearanceMode::system;
 };
