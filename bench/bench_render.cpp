@@ -1,4 +1,5 @@
 // Rendering one tray item, from readings to the square icon a tray host shows.
+#include "AllocationCount.h"
 #include "views/menubar/ButtonModel.h"
 #include "views/menubar/TrayIconComposer.h"
 
@@ -40,11 +41,17 @@ void renderItem(benchmark::State& state) {
     MenuBarAppearance appearance;
     appearance.style = style;
     const TrayIconComposer composer;
-    for (auto _ : state) {
+    auto render = [&] {
         const ButtonModel model = buildButtonModel(type, readings, appearance);
         QImage icon = composer.compose(model, pixelSize);
         benchmark::DoNotOptimize(icon.constBits());
-    }
+    };
+    render();
+    const std::uint64_t allocatedBefore = allocationsOnThisThread();
+    for (auto _ : state)
+        render();
+    state.counters["allocs"] =
+        double(allocationsOnThisThread() - allocatedBefore) / double(state.iterations());
     state.SetLabel(std::string(rawValue(style)) + " " + std::string(rawValue(type)));
 }
 

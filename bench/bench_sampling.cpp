@@ -1,4 +1,5 @@
 // One sampling job without the thermal step, beside the bare reads it is built on.
+#include "AllocationCount.h"
 #include "monitors/CPUMonitor.h"
 #include "monitors/DiskMonitor.h"
 #include "monitors/MemoryMonitor.h"
@@ -37,13 +38,20 @@ void BM_SamplingJobWithoutThermal(benchmark::State& state) {
     MemoryMonitor memory(std::make_unique<LinuxMemorySource>());
     DiskMonitor disk(std::make_unique<StatvfsVolumeSource>());
     NetworkMonitor network(std::make_unique<ProcNetDevSource>());
-    for (auto _ : state) {
+    auto tick = [&] {
         benchmark::DoNotOptimize(cpu.getTotalUsage());
         benchmark::DoNotOptimize(cpu.getPerCoreUsage());
         benchmark::DoNotOptimize(memory.getMemoryUsage());
         benchmark::DoNotOptimize(disk.getDiskUsage());
         benchmark::DoNotOptimize(network.getThroughput());
-    }
+    };
+    for (int warm = 0; warm < 3; ++warm)
+        tick();
+    const std::uint64_t allocatedBefore = allocationsOnThisThread();
+    for (auto _ : state)
+        tick();
+    state.counters["allocs_per_tick"] =
+        double(allocationsOnThisThread() - allocatedBefore) / double(state.iterations());
 }
 
 } // namespace

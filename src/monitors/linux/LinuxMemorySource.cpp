@@ -10,6 +10,9 @@
 
 namespace {
 
+// zram devices are made by hand or at boot; a minute's delay in seeing a new one is harmless.
+constexpr std::chrono::minutes zramSearchInterval{1};
+
 template <typename Function>
 void forEachDirectoryEntry(const std::string& path, Function&& onName) {
     const std::unique_ptr<DIR, int (*)(DIR*)> dir(::opendir(path.c_str()), ::closedir);
@@ -22,7 +25,7 @@ void forEachDirectoryEntry(const std::string& path, Function&& onName) {
 } // namespace
 
 LinuxMemorySource::LinuxMemorySource(std::string root)
-    : root(std::move(root)), meminfoPath(pathUnderRoot(this->root, "/proc/meminfo")),
+    : root(std::move(root)), meminfo(pathUnderRoot(this->root, "/proc/meminfo")),
       installed(readInstalledMemory(this->root)) {}
 
 std::optional<std::uint64_t> LinuxMemorySource::readInstalledMemory(const std::string& root) {
@@ -52,23 +55,31 @@ std::optional<std::uint64_t> LinuxMemorySource::readInstalledMemory(const std::s
     return onlineBlocks * blockSize;
 }
 
-std::uint64_t LinuxMemorySource::zramBytes() {
+void LinuxMemorySource::findZramDevices() {
+    zramStats.clear();
     const std::string blockDir = pathUnderRoot(root, "/sys/block");
-    std::uint64_t total = 0;
     forEachDirectoryEntry(blockDir, [&](std::string_view name) {
-        if (!name.starts_with("zram"))
-            return;
-        std::string mmStat;
-        if (!readTextFile(blockDir + "/" + std::string(name) + "/mm_stat", mmStat))
-            return;
-        if (const auto used = parseZramMemUsed(mmStat))
-            total += *used;
+        if (name.starts_with("zram"))
+            zramStats.emplace_back(blockDir + "/" + std::string(name) + "/mm_stat");
     });
+}
+
+std::uint64_t LinuxMemorySource::zramBytes() {
+    const auto now = std::chrono::steady_clock::now();
+    if (!zramSearched || now - *zramSearched >= zramSearchInterval) {
+        findZramDevices();
+        zramSearched = now;
+    }
+    std::uint64_t total = 0;
+    for (OpenTextFile& mmStat : zramStats)
+        if (mmStat.read(buffer))
+            if (const auto used = parseZramMemUsed(buffer))
+                total += *used;
     return total;
 }
 
 std::optional<MemoryCounters> LinuxMemorySource::readMemory() {
-    if (!readTextFile(meminfoPath, buffer))
+    if (!meminfo.read(buffer))
         return std::nullopt;
     const auto info = parseMeminfo(buffer);
     if (!info)

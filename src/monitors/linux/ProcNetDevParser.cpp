@@ -4,6 +4,12 @@
 
 std::vector<InterfaceCounters> parseProcNetDev(std::string_view text) {
     std::vector<InterfaceCounters> interfaces;
+    parseProcNetDev(text, interfaces);
+    return interfaces;
+}
+
+void parseProcNetDev(std::string_view text, std::vector<InterfaceCounters>& interfaces) {
+    interfaces.clear();
     forEachLine(text, [&](std::string_view line) {
         const auto colon = line.find(':');
         if (colon == std::string_view::npos)
@@ -24,7 +30,7 @@ std::vector<InterfaceCounters> parseProcNetDev(std::string_view text) {
             if (index == 8)
                 sent = value;
         }
+        // Real interface names are at most 15 characters: too short for the string to allocate.
         interfaces.push_back({std::string(name), *received, *sent});
     });
-    return interfaces;
 }

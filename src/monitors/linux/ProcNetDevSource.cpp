@@ -2,10 +2,9 @@
 
 #include "CountedLink.h"
 #include "ProcNetDevParser.h"
-#include "TextFile.h"
 
 ProcNetDevSource::ProcNetDevSource(std::string root)
-    : path(pathUnderRoot(root, "/proc/net/dev")),
+    : file(pathUnderRoot(root, "/proc/net/dev")),
       classNetDir(pathUnderRoot(root, "/sys/class/net")) {}
 
 bool ProcNetDevSource::isCounted(const std::string& name) {
@@ -18,17 +17,17 @@ bool ProcNetDevSource::isCounted(const std::string& name) {
 }
 
 std::optional<std::vector<InterfaceCounters>> ProcNetDevSource::readInterfaces() {
-    if (!readTextFile(path, buffer))
+    if (!file.read(buffer))
         return std::nullopt;
-    std::vector<InterfaceCounters> interfaces = parseProcNetDev(buffer);
+    parseProcNetDev(buffer, parsed);
     // A link that came or went (a bond formed, a tether plugged in) can change what the
     // others are; everything is looked at again then.
-    bool sameSet = interfaces.size() == countedByName.size();
-    for (const InterfaceCounters& interface : interfaces)
+    bool sameSet = parsed.size() == countedByName.size();
+    for (const InterfaceCounters& interface : parsed)
         sameSet = sameSet && countedByName.count(interface.name) == 1;
     if (!sameSet)
         countedByName.clear();
-    for (InterfaceCounters& interface : interfaces)
+    for (InterfaceCounters& interface : parsed)
         interface.counted = isCounted(interface.name);
-    return interfaces;
+    return parsed;
 }

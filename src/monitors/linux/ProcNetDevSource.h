@@ -1,6 +1,7 @@
 #pragma once
 
 #include "../NetworkMonitor.h"
+#include "TextFile.h"
 
 #include <map>
 #include <string>
@@ -16,8 +17,9 @@ public:
 private:
     bool isCounted(const std::string& name);
 
-    std::string path;
+    OpenTextFile file;
     std::string classNetDir;
     std::string buffer;
+    std::vector<InterfaceCounters> parsed;
     std::map<std::string, bool> countedByName; // for the interfaces of the last read
 };

@@ -1,20 +1,17 @@
 #include "ProcStatCpuSource.h"
 
-#include "ProcStatParser.h"
-#include "TextFile.h"
-
 #include <algorithm>
 
-ProcStatCpuSource::ProcStatCpuSource(std::string root) : path(pathUnderRoot(root, "/proc/stat")) {}
+ProcStatCpuSource::ProcStatCpuSource(std::string root) : file(pathUnderRoot(root, "/proc/stat")) {}
 
 std::optional<std::vector<CpuTicks>> ProcStatCpuSource::readTicks() {
-    if (!readTextFile(path, buffer))
+    if (!file.read(buffer))
         return std::nullopt;
-    const auto cpus = parseProcStat(buffer);
-    if (cpus.empty())
+    parseProcStat(buffer, parsed);
+    if (parsed.empty())
         return std::nullopt;
 
-    for (const NumberedCpuTicks& cpu : cpus) {
+    for (const NumberedCpuTicks& cpu : parsed) {
         if (cpu.cpu >= reported.size())
             reported.resize(cpu.cpu + 1);
         auto& last = reported[cpu.cpu];

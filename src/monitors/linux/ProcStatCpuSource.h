@@ -1,6 +1,8 @@
 #pragma once
 
 #include "../CpuTicks.h"
+#include "ProcStatParser.h"
+#include "TextFile.h"
 
 #include <optional>
 #include <string>
@@ -19,7 +21,8 @@ public:
     std::optional<std::vector<CpuTicks>> readTicks() override;
 
 private:
-    std::string path;
+    OpenTextFile file;
     std::string buffer;
+    std::vector<NumberedCpuTicks> parsed;
     std::vector<std::optional<CpuTicks>> reported; // indexed by CPU number
 };

@@ -6,6 +6,12 @@
 
 std::vector<NumberedCpuTicks> parseProcStat(std::string_view text) {
     std::vector<NumberedCpuTicks> cpus;
+    parseProcStat(text, cpus);
+    return cpus;
+}
+
+void parseProcStat(std::string_view text, std::vector<NumberedCpuTicks>& cpus) {
+    cpus.clear();
     forEachLine(text, [&](std::string_view line) {
         std::string_view rest = line;
         const std::string_view name = nextField(rest);
@@ -38,5 +44,4 @@ std::vector<NumberedCpuTicks> parseProcStat(std::string_view text) {
         cpu.ticks.idle = idle + iowait;
         cpus.push_back(cpu);
     });
-    return cpus;
 }

@@ -16,3 +16,5 @@ struct NumberedCpuTicks {
 /// guest_nice are already inside user and nice, so they are not added again.
 /// Lines with fewer than 4 or more than 10 counters, or non-numeric ones, are skipped.
 std::vector<NumberedCpuTicks> parseProcStat(std::string_view text);
+/// The same into `cpus`, replacing its content and reusing its storage.
+void parseProcStat(std::string_view text, std::vector<NumberedCpuTicks>& cpus);

@@ -32,12 +32,20 @@ std::string StatvfsVolumeSource::homeDirectory() {
 }
 
 std::optional<VolumeCapacity> StatvfsVolumeSource::readCapacity() {
-    auto info = queryFileSystem(path);
-    if (!info)
+    std::optional<struct statvfs> info =
+        queryFileSystem(readsFallback.value_or(false) ? fallbackPath : path);
+    if (!info) {
+        readsFallback.reset();
         return std::nullopt;
-    if (isReadOnlyImage(*info) && !fallbackPath.empty()) {
-        if (auto home = queryFileSystem(fallbackPath))
-            info = home;
+    }
+    if (!readsFallback) {
+        readsFallback = false;
+        if (isReadOnlyImage(*info) && !fallbackPath.empty()) {
+            if (auto home = queryFileSystem(fallbackPath)) {
+                info = home;
+                readsFallback = true;
+            }
+        }
     }
     const double blockSize = static_cast<double>(info->f_frsize);
     return VolumeCapacity{static_cast<double>(info->f_blocks) * blockSize,

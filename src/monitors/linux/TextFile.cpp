@@ -1,36 +1,42 @@
 #include "TextFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
 
-bool readTextFile(const std::string& path, std::string& buffer) {
-    buffer.clear();
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0)
-        return false;
-    // /proc files report size 0, so read in chunks until end of file.
+namespace {
+
+// /proc files report size 0, so read until end of file, growing the buffer as needed;
+// its size is used as room, so a buffer that has held the file once never grows again.
+bool readFromStart(int fd, std::string& buffer) {
     constexpr std::size_t chunk = 4096;
-    bool ok = true;
+    buffer.resize(std::max(buffer.capacity(), chunk));
+    std::size_t used = 0;
     for (;;) {
-        const std::size_t used = buffer.size();
-        buffer.resize(used + chunk);
-        const ssize_t got = ::read(fd, buffer.data() + used, chunk);
-        if (got < 0 && errno == EINTR) {
-            buffer.resize(used);
+        if (used == buffer.size())
+            buffer.resize(2 * buffer.size());
+        const ssize_t got =
+            ::pread(fd, buffer.data() + used, buffer.size() - used, static_cast<off_t>(used));
+        if (got < 0 && errno == EINTR)
             continue;
-        }
         if (got <= 0) {
-            buffer.resize(used);
-            ok = got == 0;
-            break;
+            buffer.resize(got == 0 ? used : 0);
+            return got == 0;
         }
-        buffer.resize(used + static_cast<std::size_t>(got));
+        used += static_cast<std::size_t>(got);
     }
-    ::close(fd);
-    if (!ok)
+}
+
+} // namespace
+
+bool readTextFile(const std::string& path, std::string& buffer) {
+    const UniqueFd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!fd) {
         buffer.clear();
-    return ok;
+        return false;
+    }
+    return readFromStart(fd.get(), buffer);
 }
 
 std::string pathUnderRoot(const std::string& root, const std::string& absolutePath) {
@@ -38,4 +44,19 @@ std::string pathUnderRoot(const std::string& root, const std::string& absolutePa
     while (!base.empty() && base.back() == '/')
         base.pop_back();
     return base + absolutePath;
+}
+
+OpenTextFile::OpenTextFile(std::string path) : path_(std::move(path)) {}
+
+bool OpenTextFile::read(std::string& buffer) {
+    if (!fd)
+        fd.reset(::open(path_.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!fd) {
+        buffer.clear();
+        return false;
+    }
+    if (readFromStart(fd.get(), buffer))
+        return true;
+    fd.reset();
+    return false;
 }

@@ -8,6 +8,64 @@
 #include <QPen>
 
 #include <algorithm>
+#include <cmath>
+#include <map>
+#include <tuple>
+
+namespace {
+
+void paintTrack(QPainter& painter, const QRectF& circle, qreal lineWidth) {
+    QColor track = MenuBarColors::gaugeTrack;
+    track.setAlphaF(0.3f);
+    painter.setPen(QPen(track, lineWidth));
+    painter.drawEllipse(circle);
+}
+
+// The track is the same at every tick: drawn once per size and place in the pixel grid,
+// then copied. On a transparent picture, where gauges are drawn, the copy's pixels are
+// exactly those drawing it in place gives.
+bool paintCachedTrack(QPainter& painter, const QRectF& circle, qreal lineWidth) {
+    const QTransform device = painter.deviceTransform();
+    // Copied pixel for pixel only without a device pixel ratio (which resetting the
+    // transform keeps); scaled copies would not match.
+    if (device.type() > QTransform::TxScale || device.m11() != device.m22() ||
+        !(device.m11() > 0.0) || painter.opacity() != 1.0 || !painter.device() ||
+        painter.device()->devicePixelRatioF() != 1.0)
+        return false;
+    const qreal scale = device.m11();
+    const QRectF onDevice = device.mapRect(circle);
+    const QRect cell =
+        onDevice
+            .adjusted(-lineWidth * scale, -lineWidth * scale, lineWidth * scale, lineWidth * scale)
+            .toAlignedRect();
+    // Sizes and offsets within a pixel, in 1/64ths: finer than antialiasing can show.
+    auto sixtyFourths = [](qreal value) { return qRound64(value * 64.0); };
+    const auto key =
+        std::tuple{sixtyFourths(onDevice.x() - cell.x()), sixtyFourths(onDevice.y() - cell.y()),
+                   sixtyFourths(onDevice.width()), sixtyFourths(onDevice.height()),
+                   sixtyFourths(lineWidth * scale)};
+    static std::map<decltype(key), QImage> tracks;
+    auto found = tracks.find(key);
+    if (found == tracks.end()) {
+        if (tracks.size() >= 16)
+            tracks.clear();
+        QImage image(cell.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter trackPainter(&image);
+        trackPainter.setRenderHint(QPainter::Antialiasing);
+        trackPainter.setBrush(Qt::NoBrush);
+        paintTrack(trackPainter, onDevice.translated(-cell.topLeft()), lineWidth * scale);
+        trackPainter.end();
+        found = tracks.emplace(key, image).first;
+    }
+    painter.save();
+    painter.resetTransform();
+    painter.drawImage(cell.topLeft(), found->second);
+    painter.restore();
+    return true;
+}
+
+} // namespace
 
 void paintRingGauge(QPainter& painter, const QRectF& square, double fraction, const QColor& colour,
                     qreal lineWidth) {
@@ -21,10 +79,8 @@ void paintRingGauge(QPainter& painter, const QRectF& square, double fraction, co
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
-    QColor track = MenuBarColors::gaugeTrack;
-    track.setAlphaF(0.3f);
-    painter.setPen(QPen(track, lineWidth));
-    painter.drawEllipse(circle);
+    if (!paintCachedTrack(painter, circle, lineWidth))
+        paintTrack(painter, circle, lineWidth);
 
     // NaN fails the comparison and stays empty, as does anything not above zero.
     const double clamped = std::min(fraction, 1.0);

@@ -4,6 +4,9 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QPen>
+#include <QPolygonF>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <cmath>
@@ -38,35 +41,45 @@ void paintSparkline(QPainter& painter, const QRectF& rect, std::span<const doubl
     const double dx = rect.width() / static_cast<double>(count - 1);
     const double span = std::max(rect.height() - 2.0 * lineWidth, 0.0);
 
-    QPainterPath line;
+    // The line's points, then the two bottom corners that close the area under it; on the
+    // stack for the usual graph widths.
+    QVarLengthArray<QPointF, 256> points(static_cast<qsizetype>(count));
     for (std::size_t i = 0; i < count; ++i) {
         // Values rise from the bottom edge; the painter's y axis points down.
-        const QPointF point(rect.left() + dx * static_cast<double>(i),
-                            rect.bottom() - (span * shareOfScale(samples[i], scale) + lineWidth));
-        if (i == 0)
-            line.moveTo(point);
-        else
-            line.lineTo(point);
+        points[static_cast<qsizetype>(i)] =
+            QPointF(rect.left() + dx * static_cast<double>(i),
+                    rect.bottom() - (span * shareOfScale(samples[i], scale) + lineWidth));
     }
-
-    QPainterPath area = line;
-    area.lineTo(rect.right(), rect.bottom());
-    area.lineTo(rect.left(), rect.bottom());
-    area.closeSubpath();
-    area.setFillRule(Qt::WindingFill);
+    points.append(rect.bottomRight());
+    points.append(rect.bottomLeft());
 
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
     QColor fill = colour;
     fill.setAlphaF(0.3f);
-    painter.fillPath(area, fill);
-    // Filling the outline covers pixels by their exact area; Qt's thin-pen path would draw
-    // a one-pixel line at three quarters strength.
-    QPainterPathStroker stroker;
-    stroker.setWidth(lineWidth);
-    stroker.setCapStyle(Qt::FlatCap);
-    stroker.setJoinStyle(Qt::MiterJoin);
-    painter.fillPath(stroker.createStroke(line), colour);
+    painter.setBrush(fill);
+    painter.drawPolygon(points.constData(), static_cast<int>(points.size()), Qt::WindingFill);
+    // A pen of one device pixel or less takes Qt's thin-line path, which draws the line at
+    // three quarters strength; its outline filled covers pixels by their exact area. Below
+    // one pixel (icons under 22 px) that outline is made here; otherwise the pen makes it,
+    // a hair wider than one pixel so it does.
+    const qreal deviceWidth =
+        lineWidth * std::sqrt(std::abs(painter.deviceTransform().determinant()));
+    if (deviceWidth < 1.0) {
+        QPainterPath line;
+        line.addPolygon(QPolygonF(QList<QPointF>(points.begin(), points.begin() + count)));
+        QPainterPathStroker stroker;
+        stroker.setWidth(lineWidth);
+        stroker.setCapStyle(Qt::FlatCap);
+        stroker.setJoinStyle(Qt::MiterJoin);
+        painter.fillPath(stroker.createStroke(line), colour);
+    } else {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(colour, std::nextafter(lineWidth, 2.0 * lineWidth), Qt::SolidLine,
+                            Qt::FlatCap, Qt::MiterJoin));
+        painter.drawPolyline(points.constData(), static_cast<int>(count));
+    }
     painter.restore();
 }
 

@@ -1,6 +1,7 @@
 #include "TrayTextLayout.h"
 
 #include <QPainter>
+#include <QTextLayout>
 
 #include <algorithm>
 #include <limits>
@@ -8,6 +9,8 @@
 
 namespace {
 
+// Pieces change with the values; a bound keeps a long session from growing the caches.
+constexpr qsizetype cacheLimit = 512;
 // Text is measured once at this size and scaled, so any icon size lays out the same way.
 constexpr qreal referencePixels = 64.0;
 constexpr qreal smallUnitScale = 0.6;
@@ -159,8 +162,6 @@ TrayTextLayout::candidates(const std::vector<TitleRun>& title) const {
 }
 
 TrayTextLayout::Measure TrayTextLayout::measure(TitleRun::Kind kind, const QString& text) const {
-    // Values change every tick; a bound keeps a long session from growing the cache.
-    constexpr qsizetype cacheLimit = 512;
     auto& cache = kind == TitleRun::Kind::icon ? iconMeasures : valueMeasures;
     if (const auto found = cache.constFind(text); found != cache.constEnd())
         return *found;
@@ -168,6 +169,27 @@ TrayTextLayout::Measure TrayTextLayout::measure(TitleRun::Kind kind, const QStri
         cache.clear();
     const QFontMetricsF& metrics = metricsFor(kind);
     return *cache.insert(text, {metrics.horizontalAdvance(text), metrics.tightBoundingRect(text)});
+}
+
+const QList<QGlyphRun>& TrayTextLayout::glyphs(TitleRun::Kind kind, const QString& text) const {
+    auto& cache = kind == TitleRun::Kind::icon ? iconGlyphs : valueGlyphs;
+    if (const auto found = cache.constFind(text); found != cache.constEnd())
+        return *found;
+    if (cache.size() >= cacheLimit)
+        cache.clear();
+    QTextLayout layout(text, fontFor(kind));
+    layout.beginLayout();
+    const QTextLine line = layout.createLine();
+    layout.endLayout();
+    QList<QGlyphRun> runs = layout.glyphRuns();
+    // The layout puts its first baseline at the line's ascent; pieces are drawn from theirs.
+    for (QGlyphRun& run : runs) {
+        QList<QPointF> positions = run.positions();
+        for (QPointF& position : positions)
+            position.ry() -= line.ascent();
+        run.setPositions(positions);
+    }
+    return *cache.insert(text, runs);
 }
 
 TrayTextLayout::Extent TrayTextLayout::lineExtent(const Line& line) const {
@@ -267,12 +289,12 @@ void TrayTextLayout::paint(QPainter& painter, const std::vector<PlacedText>& pie
     for (const PlacedText& piece : pieces) {
         painter.save();
         painter.setRenderHint(QPainter::TextAntialiasing);
-        painter.setFont(fontFor(piece.kind));
         painter.setPen(piece.colour);
         painter.translate(piece.origin);
         const qreal factor = piece.pixelSize / referencePixels;
         painter.scale(factor * piece.widthScale, factor);
-        painter.drawText(QPointF(0.0, 0.0), piece.text);
+        for (const QGlyphRun& run : glyphs(piece.kind, piece.text))
+            painter.drawGlyphRun(QPointF(0.0, 0.0), run);
         painter.restore();
     }
 }

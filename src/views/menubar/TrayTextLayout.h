@@ -6,6 +6,7 @@
 #include <QColor>
 #include <QFont>
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QHash>
 #include <QPointF>
 #include <QRectF>
@@ -77,6 +78,8 @@ private:
     std::optional<Fit> fitOf(const std::vector<Candidate>& all, std::size_t index,
                              const QRectF& box) const;
     Measure measure(TitleRun::Kind kind, const QString& text) const;
+    /// The shaped glyphs of `text`, with the baseline at y = 0.
+    const QList<QGlyphRun>& glyphs(TitleRun::Kind kind, const QString& text) const;
     const QFont& fontFor(TitleRun::Kind kind) const;
     const QFontMetricsF& metricsFor(TitleRun::Kind kind) const;
 
@@ -88,4 +91,8 @@ private:
     // Shaping dominates layout time and the same pieces ("%", "42") recur every tick.
     mutable QHash<QString, Measure> valueMeasures;
     mutable QHash<QString, Measure> iconMeasures;
+    // Shaping again for every paint cost more than the rest of a picture; each distinct
+    // piece is shaped once and its glyphs drawn from then on.
+    mutable QHash<QString, QList<QGlyphRun>> valueGlyphs;
+    mutable QHash<QString, QList<QGlyphRun>> iconGlyphs;
 };
