@@ -28,6 +28,7 @@ MenuBarReadings readingsOf(const SystemMonitor& monitor) {
     MenuBarReadings readings;
     readings.cpuUsage = monitor.cpuUsage();
     readings.cpuHistory = monitor.cpuHistory();
+    readings.busiestCore = monitor.busiestCore();
     readings.memoryUsed = monitor.memoryUsed();
     readings.memoryTotal = monitor.memoryTotal();
     readings.memoryHistory = monitor.memoryHistory();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CPUMonitor.h"
+#include "DetailSampler.h"
 #include "DiskMonitor.h"
 #include "MemoryMonitor.h"
 #include "NetworkMonitor.h"
@@ -18,6 +19,8 @@ struct SamplingMonitors {
     std::unique_ptr<NetworkMonitor> networkMonitor;
     std::unique_ptr<ThermalMonitor> thermalMonitor;
     std::unique_ptr<ThermalStateSource> thermalStateSource;
+    /// What only open detail popovers show; none when null.
+    std::unique_ptr<DetailSampler> detailSampler = nullptr;
 
     /// This machine's sources, created in the order CPU, memory, disk, network, thermal.
     static SamplingMonitors forThisMachine();

@@ -43,8 +43,9 @@ void SystemMonitor::updateStats() {
     QPointer<SystemMonitor> self(this);
     auto sources = monitors;
     auto inFlight = jobInFlight;
-    samplingQueue.start([self, sources, inFlight] {
-        SystemSample sample = collectSample(*sources);
+    const DetailFigures wanted = detailWants->figures();
+    samplingQueue.start([self, sources, inFlight, wanted] {
+        SystemSample sample = collectSample(*sources, wanted);
         inFlight->store(false);
         // Queued onto the monitor's thread; dropped by Qt if the monitor is gone.
         QMetaObject::invokeMethod(
@@ -57,7 +58,28 @@ void SystemMonitor::updateStats() {
     });
 }
 
-SystemSample SystemMonitor::collectSample(SamplingMonitors& monitors) {
+DetailWatch SystemMonitor::watchDetails(DetailFigures figures) {
+    const DetailFigures fresh = figures & ~detailWants->figures();
+    DetailWatch watch(detailWants, figures);
+    if (!fresh || !monitors->detailSampler)
+        return watch;
+    // Read on the sampling queue, after any job in flight, so the sampler stays single-threaded.
+    QPointer<SystemMonitor> self(this);
+    auto sources = monitors;
+    samplingQueue.start([self, sources, fresh] {
+        DetailSample details = sources->detailSampler->sample(fresh);
+        QMetaObject::invokeMethod(
+            self.data(),
+            [self, details = std::move(details)] {
+                if (self)
+                    self->publishDetails(details);
+            },
+            Qt::QueuedConnection);
+    });
+    return watch;
+}
+
+SystemSample SystemMonitor::collectSample(SamplingMonitors& monitors, DetailFigures wanted) {
     SystemSample sample;
     sample.cpuUsage = monitors.cpuMonitor->getTotalUsage();
     sample.coreUsages = monitors.cpuMonitor->getPerCoreUsage();
@@ -74,6 +96,10 @@ SystemSample SystemMonitor::collectSample(SamplingMonitors& monitors) {
     }
     // A fan daemon that died is noticed within a tick, and its fans are handed back.
     monitors.thermalMonitor->checkDaemon();
+    if (monitors.detailSampler) {
+        monitors.detailSampler->keepOnly(wanted);
+        sample.details = monitors.detailSampler->sample(wanted);
+    }
     return sample;
 }
 
@@ -126,7 +152,20 @@ void SystemMonitor::publish(const SystemSample& sample) {
     assign(fanSpeed_, firstFanSpeed(sample.thermal));
     assign(fanMaxSpeed_, firstFanMaxSpeed(sample.thermal));
     assign(fans_, sample.thermal.fans);
+    publishDetails(sample.details);
     emit sampled();
+}
+
+void SystemMonitor::publishDetails(const DetailSample& details) {
+    const DetailFigures figures = details.figures;
+    if (figures & DetailFigure::busiestProcesses)
+        assign(busiestProcesses_, details.busiestProcesses);
+    if (figures & DetailFigure::largestProcesses)
+        assign(largestProcesses_, details.largestProcesses);
+    if (figures & DetailFigure::memoryLimit)
+        assign(memoryLimit_, details.memoryLimit);
+    if (figures & DetailFigure::mountedVolumes)
+        assign(mountedVolumes_, details.mountedVolumes);
 }
 
 void SystemMonitor::setAllFansAuto() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "BusiestCore.h"
+#include "DetailWatch.h"
 #include "SamplingMonitors.h"
 #include "SystemSample.h"
 
@@ -49,6 +51,13 @@ public:
     long long fanSpeed() const { return fanSpeed_; }
     long long fanMaxSpeed() const { return fanMaxSpeed_; }
     const std::vector<FanInfo>& fans() const { return fans_; }
+    /// Detail figures, as last read: they are read only while a view watches them.
+    const std::vector<ProcessFigure>& busiestProcesses() const { return busiestProcesses_; }
+    const std::vector<ProcessFigure>& largestProcesses() const { return largestProcesses_; }
+    std::optional<std::uint64_t> memoryLimit() const { return memoryLimit_; }
+    const std::vector<MountedVolume>& mountedVolumes() const { return mountedVolumes_; }
+
+    std::optional<BusiestCore> busiestCore() const { return findBusiestCore(coreUsages_); }
 
     double memoryFraction() const { return memoryTotal_ > 0 ? memoryUsed_ / memoryTotal_ : 0.0; }
     double diskFraction() const { return diskTotal_ > 0 ? diskUsed_ / diskTotal_ : 0.0; }
@@ -59,10 +68,13 @@ public:
     void updateStats();
     /// Hands every known fan back to automatic control.
     void setAllFansAuto();
+    /// Samples `figures` on every tick while the returned watch lives; figures no view
+    /// watched before are read at once as well.
+    DetailWatch watchDetails(DetailFigures figures);
 
     /// Reads every source once, in the order CPU total, CPU per core, memory,
-    /// disk, network, thermal. Runs on the sampling queue.
-    static SystemSample collectSample(SamplingMonitors& monitors);
+    /// disk, network, thermal, then the detail figures `wanted`. Runs on the sampling queue.
+    static SystemSample collectSample(SamplingMonitors& monitors, DetailFigures wanted = 0);
     /// Assigns the published fields from one sample, in order (main thread).
     void publish(const SystemSample& sample);
 
@@ -77,6 +89,7 @@ private:
     template <typename T> void assign(T& field, const T& value);
     void appendToHistory(std::vector<double>& history, double value);
     void trimHistory(std::vector<double>& history);
+    void publishDetails(const DetailSample& details);
 
     double cpuUsage_ = 0.0;
     std::vector<double> cpuHistory_ = std::vector<double>(historyLength, 0.0);
@@ -98,11 +111,16 @@ private:
     long long fanSpeed_ = 0;
     long long fanMaxSpeed_ = 6000;
     std::vector<FanInfo> fans_;
+    std::vector<ProcessFigure> busiestProcesses_;
+    std::vector<ProcessFigure> largestProcesses_;
+    std::optional<std::uint64_t> memoryLimit_;
+    std::vector<MountedVolume> mountedVolumes_;
 
     std::unique_ptr<QTimer> timer;
     // Shared with the job in flight, so a job never outlives what it reads.
     std::shared_ptr<SamplingMonitors> monitors;
     std::shared_ptr<std::atomic<bool>> jobInFlight = std::make_shared<std::atomic<bool>>(false);
+    std::shared_ptr<DetailWants> detailWants = std::make_shared<DetailWants>();
     // One thread: jobs run one after another and the monitors' previous values need no lock.
     QThreadPool samplingQueue;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DetailSample.h"
 #include "DiskUsage.h"
 #include "MemoryUsage.h"
 #include "NetworkThroughput.h"
@@ -15,4 +16,5 @@ struct SystemSample {
     DiskUsage disk;
     NetworkThroughput network;
     ThermalReadings thermal;
+    DetailSample details;
 };

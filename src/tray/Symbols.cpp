@@ -116,6 +116,15 @@ QPixmap symbolPixmap(std::string_view symbolName, const QColor& color, int logic
     return render({tinted(svg, color)}, logicalSize, devicePixelRatio);
 }
 
+QPixmap outlinedSymbolPixmap(std::string_view symbolName, const QColor& color, int logicalSize,
+                             qreal devicePixelRatio) {
+    const QByteArray svg = svgSource(symbolName);
+    if (svg.isEmpty())
+        return {};
+    return render({tinted(svg, QColor(20, 20, 20), "3.6"), tinted(svg, color, "2")}, logicalSize,
+                  devicePixelRatio);
+}
+
 QIcon applicationTraySymbol() {
     const QByteArray svg = svgSource("heart.text.clipboard");
     return QIcon(new SymbolIconEngine(

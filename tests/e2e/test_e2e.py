@@ -205,12 +205,16 @@ class Notifier(Session):
         # Text beside the icon only where the host draws it: MATE here, xfce4-panel not.
         beside = self.desktop.host == "mate"
         for item_id, name in (("vorlune-cpu", "CPU"), ("vorlune-memory", "Memory")):
+            # gdbus shows a line feed in a string as "\n".
+            lines = lambda: self.items(3)[item_id][2]["ToolTip"][1].split("\\n")
             props = wait_until(lambda: self.items(3)[item_id][2]
-                               if re.fullmatch(r"\d+%", self.items(3)[item_id][2]["ToolTip"][1])
-                               else None, 10)
+                               if re.fullmatch(r"\d+%", lines()[0]) else None, 10)
             self.assertTrue(props, f"{name}'s tooltip carries its value text")
             self.assertEqual(props["ToolTip"][0], name)
-            self.assertEqual(props["XAyatanaLabel"], props["ToolTip"][1] if beside else "")
+            value, *more = props["ToolTip"][1].split("\\n")
+            self.assertEqual(props["XAyatanaLabel"], value if beside else "")
+            if name == "CPU":
+                self.assertRegex(more[0], r"^Busiest core: CPU \d+ .+ \d+%$")
         if beside:
             time.sleep(2.5)
             shot = self.desktop.crop(self.desktop.screenshot("labels"), (800, 0, 480, 30))

@@ -1,14 +1,22 @@
+#include "monitors/CPUMonitor.h"
 #include "monitors/linux/LinuxMemorySource.h"
 #include "monitors/linux/ProcNetDevSource.h"
 #include "monitors/linux/ProcStatCpuSource.h"
 #include "monitors/linux/ProcStatParser.h"
+#include "monitors/linux/ProcessTable.h"
 #include "monitors/linux/StatvfsVolumeSource.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
+#include <QJsonArray>
+#include <QJsonDocument>
+
 #include <cstdio>
 #include <map>
+#include <sstream>
+#include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -74,6 +82,84 @@ TEST(StatvfsVolumeSource, UsedAndAvailableAgreeWithDf) {
     EXPECT_EQ(capacity->size, size);
     EXPECT_NEAR(capacity->size - capacity->free, used, tolerance);
     EXPECT_NEAR(capacity->available, available, tolerance);
+}
+
+// What a command prints, or "" when it cannot run.
+std::string output(const std::string& command) {
+    std::string text;
+    if (FILE* pipe = ::popen((command + " 2>/dev/null").c_str(), "r")) {
+        char buffer[4096];
+        for (std::size_t got; (got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;)
+            text.append(buffer, got);
+        ::pclose(pipe);
+    }
+    return text;
+}
+
+// More cross-checks on this machine, each against a tool or a file Vorlune does not read.
+TEST(LinuxSources, ReadersAgreeWithTheKernelsOwnFiguresFreeAndIp) {
+    // The kernel's all-CPU line (Vorlune adds up the cpuN lines), read around a second of
+    // Vorlune's measuring: the busy shares agree within 5 points.
+    const auto kernelTicks = [] { // user nice system idle iowait irq softirq steal
+        std::istringstream line(readFile("/proc/stat").substr(3));
+        std::uint64_t field[8] = {}, all = 0;
+        for (auto& value : field)
+            line >> value, all += value;
+        return std::pair(all, field[3] + field[4]);
+    };
+    CPUMonitor cpu(std::make_unique<ProcStatCpuSource>());
+    const auto [all0, idle0] = kernelTicks();
+    cpu.getTotalUsage();
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    const double share = cpu.getTotalUsage();
+    const auto [all1, idle1] = kernelTicks();
+    ASSERT_GT(all1, all0);
+    EXPECT_NEAR(share, 1.0 - double(idle1 - idle0) / double(all1 - all0), 0.05);
+
+    // statm's resident pages against the kB that status prints for this very process.
+    const auto table = readProcessTable("/proc", true);
+    const auto self = std::find_if(table.begin(), table.end(),
+                                   [](const ProcessReading& p) { return p.pid == ::getpid(); });
+    ASSERT_NE(self, table.end());
+    EXPECT_EQ(self->name + "\n", readFile("/proc/self/comm"));
+    const std::string status = readFile("/proc/self/status");
+    const double residentKiB = std::stod(status.substr(status.find("VmRSS:") + 6));
+    EXPECT_NEAR(double(self->residentBytes), residentKiB * 1024, 4 << 20);
+
+    // ip asks by netlink: each counter of a counted link lies between two reads of ours.
+    ProcNetDevSource netDev;
+    const auto before = netDev.readInterfaces();
+    const auto links = QJsonDocument::fromJson(QByteArray::fromStdString(output("ip -s -j link")));
+    const auto after = netDev.readInterfaces();
+    ASSERT_TRUE(before && after);
+    if (!links.isArray())
+        GTEST_SKIP() << "ip (iproute2) is not installed";
+    for (const auto& link : links.array()) {
+        const auto bytes = [stats = link[QStringLiteral("stats64")]](const char* way) {
+            return std::uint64_t(stats[QLatin1String(way)][QStringLiteral("bytes")].toInteger());
+        };
+        for (std::size_t i = 0; i < before->size() && i < after->size(); ++i) {
+            const auto &first = (*before)[i], &last = (*after)[i];
+            if (first.name != link[QStringLiteral("ifname")].toString().toStdString() ||
+                last.name != first.name || !last.counted)
+                continue;
+            EXPECT_TRUE(first.received <= bytes("rx") && bytes("rx") <= last.received) << last.name;
+            EXPECT_TRUE(first.sent <= bytes("tx") && bytes("tx") <= last.sent) << last.name;
+        }
+    }
+
+    // free: the installed size counts memory blocks, the kernel's reserve too, so from
+    // MemTotal up to a quarter more. "used" differs on purpose (free: total - available,
+    // which keeps reserves and some cache), so within a tenth of the total.
+    std::istringstream free(output("free -b | awk '/^Mem:/ {print $2, $3}'"));
+    double total = 0, used = 0;
+    if (!(free >> total >> used))
+        GTEST_SKIP() << "free (procps) is not installed";
+    const auto memory = LinuxMemorySource().readMemory();
+    ASSERT_TRUE(memory);
+    EXPECT_GE(double(memory->installed), total);
+    EXPECT_LE(double(memory->installed), total * 1.25);
+    EXPECT_NEAR(double(memory->active + memory->wired + memory->compressed), used, total / 10);
 }
 
 TEST(ProcStatCpuSource, NeverReportsFallingCountersAndKeepsOfflineCpus) {

@@ -1,7 +1,10 @@
 #include "FakeSources.h"
+#include "monitors/BusiestCore.h"
 #include "monitors/CPUMonitor.h"
 
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace {
 
@@ -45,6 +48,18 @@ TEST(CpuMonitor, UsageIsTheBusyShareOfEachInterval) {
         for (const auto& expected : c.perCore)
             EXPECT_EQ(perCore.getPerCoreUsage(), expected);
     }
+}
+
+TEST(BusiestCore, TheFirstOfTheHighestUsagesThatAreNumbers) {
+    const double nan = std::nan("");
+    const std::pair<std::vector<double>, std::optional<BusiestCore>> cases[] = {
+        {{}, std::nullopt},
+        {{nan, nan}, std::nullopt},
+        {{0.2, 0.9, 0.9, 0.1}, BusiestCore{1, 0.9}},
+        {{nan, 0.0, 0.3}, BusiestCore{2, 0.3}},
+    };
+    for (const auto& [usages, busiest] : cases)
+        EXPECT_EQ(findBusiestCore(usages), busiest);
 }
 
 // The machine total is what users watch: a broken source must not show as load.

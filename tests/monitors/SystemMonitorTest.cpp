@@ -86,7 +86,7 @@ TEST(SystemMonitor, FanFiguresComeFromTheFirstFan) {
     const std::tuple<std::vector<FanInfo>, long long, long long> cases[] = {
         {{}, 0, 6000},
         {{{0, "", 1234.9, 0, 5999.9, 0}, {1, "", 3000, 0, 7000, 0}}, 1234, 5999}, // truncated
-        {{{0, "", 10, 0, 0.5, 0}}, 10, 1}, // a maximum below 1 is raised to 1
+        {{{0, "", 10, 0, 0.5, 0}}, 10, 1},    // a maximum below 1 is raised to 1
         {{{0, "", 900, {}, {}, {}}}, 900, 0}, // no maximum reported: none made up
     };
     SystemMonitor monitor(fakeMonitors(), false);
@@ -131,6 +131,43 @@ TEST(SystemMonitor, SamplesThisMachineOnStartAndThenEveryTwoSeconds) {
         EXPECT_TRUE(usage >= 0.0 && usage <= 1.0) << usage;
     EXPECT_TRUE(monitor.memoryUsed() > 0 && monitor.memoryUsed() <= monitor.memoryTotal());
     EXPECT_TRUE(monitor.diskUsed() > 0 && monitor.diskUsed() <= monitor.diskTotal());
+}
+
+// Counts its reads; each finds one process, a limit and one file system.
+struct CountedDetails : DetailSource {
+    std::atomic<int> processReads = 0, volumeReads = 0;
+    std::vector<ProcessReading> readProcesses(bool) override {
+        ++processReads;
+        return {{1, "init", 0.0, 1, 4096}};
+    }
+    std::optional<std::uint64_t> readMemoryLimit() override { return 1 << 30; }
+    std::vector<MountedVolume> readVolumes() override {
+        ++volumeReads;
+        return {{"/", 1, 2}};
+    }
+};
+
+// Nothing only a detail popover shows is read while none watches it; a watch reads its
+// figures at once and then on every tick, until it ends.
+TEST(SystemMonitor, DetailFiguresAreReadOnlyWhileWatched) {
+    auto details = std::make_unique<CountedDetails>();
+    const CountedDetails& counted = *details;
+    SamplingMonitors monitors = fakeMonitors();
+    monitors.detailSampler = std::make_unique<DetailSampler>(std::move(details));
+    SystemMonitor monitor(std::move(monitors), false);
+    ASSERT_NO_FATAL_FAILURE(tick(monitor));
+    EXPECT_EQ(counted.processReads + counted.volumeReads, 0);
+    {
+        const DetailWatch watch =
+            monitor.watchDetails(DetailFigure::largestProcesses | DetailFigure::memoryLimit);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return monitor.memoryLimit().has_value(); }));
+        EXPECT_EQ(monitor.largestProcesses(), (std::vector<ProcessFigure>{{"init", 4096}}));
+        ASSERT_NO_FATAL_FAILURE(tick(monitor));
+        EXPECT_EQ(counted.processReads, 2);
+    }
+    ASSERT_NO_FATAL_FAILURE(tick(monitor));
+    EXPECT_EQ(counted.processReads, 2);
+    EXPECT_EQ(counted.volumeReads, 0);
 }
 
 } // namespace

@@ -21,14 +21,21 @@ TEST(PopoverScreenshots, EveryPopoverInLightAndDark) {
         const double wave = 0.5 + 0.4 * std::sin(tick / 6.0);
         SystemSample sample;
         sample.cpuUsage = wave;
-        sample.coreUsages = {0.1, 0.5, 0.9, 0.3};
+        sample.coreUsages = {0.1, 0.5, 0.9, 0.3, 0.05, 0.98, 0.2, 0.4};
         sample.memory = {5.0 + wave, 16.0, 4.0, 2.0, 1.5, 0.8};
         sample.disk = {120.4, 500.0};
         sample.network = {wave * 2e6, (1.0 - wave) * 40000.0};
-        sample.thermal = {50.0 + 25.0 * wave,
-                          58.2,
-                          {{"tc0", "CPU Die", 66.0}, {"gpu0", "GPU Edge", 58.0}},
-                          {{0, "", 2400.7, 1200.0, 6000.0, 2400.0}, {1, "", 0.0, 1200.0, 6000.0, 0.0}}};
+        sample.thermal = {
+            50.0 + 25.0 * wave,
+            58.2,
+            {{"tc0", "CPU Die", 66.0}, {"gpu0", "GPU Edge", 58.0}},
+            {{0, "", 2400.7, 1200.0, 6000.0, 2400.0}, {1, "", 0.0, 1200.0, 6000.0, 0.0}}};
+        sample.details = {DetailFigure::all,
+                          {{"Isolated Web Co", 1.874}, {"gnome-shell", 0.31}, {"vorlune", 0.012}},
+                          {{"firefox", 2.4e9}, {"Xwayland", 3.1e8}, {"gnome-shell", 2.9e8}},
+                          std::uint64_t{4} << 30,
+                          {{"/", 120.4e9, 500e9},
+                           {"/media/user/A very long volume label on a stick", 3e9, 15.9e9}}};
         rig.monitor.publish(sample);
     }
     for (const bool dark : {false, true}) {

@@ -2,6 +2,9 @@
 // sections follow the settings.
 #include "PopoverRig.h"
 
+#include "views/menubar/MenuBarValueText.h"
+#include "views/popovers/CoreBarsView.h"
+#include "views/popovers/DetailFigureText.h"
 #include "views/popovers/MemoryPressure.h"
 #include "views/popovers/MonitorPopoverView.h"
 #include "views/popovers/PopoverText.h"
@@ -9,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <map>
 
 namespace {
 
@@ -19,7 +23,19 @@ QString pressure(double fraction) {
 }
 
 TEST(PopoverText, TruncatesAndSwitchesUnitsAndLevelsAtTheirBoundaries) {
+    MenuBarReadings busy;
+    busy.cpuUsage = 0.42;
+    busy.busiestCore = BusiestCore{5, 1.2}; // a counter stepped back
     const std::pair<QString, QString> cases[] = {
+        {menuBarToolTip(SensorType::cpu, busy), "CPU: 42%\nBusiest core: CPU 5 · 100%"},
+        {busiestCoreText({0, 0.989}), "Busiest core: CPU 0 · 98%"},
+        {coreShareText(1.874), "187.4%"},
+        {byteSizeText(1073741823), "1024 MB"},
+        {byteSizeText(1073741824), "1.0 GB"},
+        {volumeCapacityText(3e9, 8e9), "2.8 / 7.5 GB"},
+        {volumeCapacityText(120e9, 500e9), "112 / 466 GB"},
+        {memoryLimitText(4ull << 30, 16.0), "Limited to 4.0 GB by this session's cgroup"},
+        {memoryLimitText(16ull << 30, 16.0), ""},
         {percentText(0.999), "99%"},
         {popoverRateText(1023), "1023 B/s"},
         {popoverRateText(1024), "1 KB/s"},
@@ -38,6 +54,20 @@ TEST(PopoverText, TruncatesAndSwitchesUnitsAndLevelsAtTheirBoundaries) {
     };
     for (const auto& [actual, expected] : cases)
         EXPECT_EQ(actual, expected);
+}
+
+// A row per core up to 16; past that a grid that is never taller than those 16 rows.
+TEST(CoreBarsView, ListsEachCoreAndKeepsManyCoresShort) {
+    const std::unique_ptr<CoreBarsView> list(CoreBarsView::list(nullptr));
+    std::map<std::size_t, int> height;
+    for (std::size_t cores : {1, 8, 16, 17, 64, 1024}) {
+        list->setCores(std::vector<double>(cores, 0.5));
+        height[cores] = list->height();
+    }
+    EXPECT_TRUE(height[1] < height[8] && height[8] < height[16]);
+    EXPECT_LT(height[17], height[16]);
+    EXPECT_LE(height[64], height[16]);
+    EXPECT_LE(height[1024], height[16]);
 }
 
 TEST(MonitorPopoverView, EachSectionOpensItsKindAndHidesByItsSetting) {

@@ -117,7 +117,10 @@ void StatusNotifierItem::setLabel(const QString& label, const QString& guide) {
 void StatusNotifierItem::setModel(const ButtonModel& model, bool textBesideIcon) {
     if (!takeModel(model, textBesideIcon))
         return;
-    setToolTip(model.valueText);
+    // The title names the item; the text is its value, and what the tooltip adds under
+    // its first line (the CPU's busiest core).
+    const qsizetype more = model.toolTip.indexOf(u'\n');
+    setToolTip(more < 0 ? model.valueText : model.valueText + model.toolTip.mid(more));
     if (!textBesideIcon) {
         setLabel({}, {});
         showPictures([&model](qreal scale) { return composer().compose(model, side, scale); });
@@ -135,7 +138,7 @@ void StatusNotifierItem::setModel(const ButtonModel& model, bool textBesideIcon)
     const QString symbol = sensorSymbolName(model.type);
     const QColor colour = valueColour(model);
     showPictures([&](qreal scale) {
-        return symbolPixmap(symbol.toStdString(), colour, side, scale).toImage();
+        return outlinedSymbolPixmap(symbol.toStdString(), colour, side, scale).toImage();
     });
 }
 

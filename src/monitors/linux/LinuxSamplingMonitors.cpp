@@ -1,5 +1,6 @@
 #include "../SamplingMonitors.h"
 
+#include "LinuxDetailSource.h"
 #include "LinuxMemorySource.h"
 #include "ProcNetDevSource.h"
 #include "ProcStatCpuSource.h"
@@ -15,5 +16,6 @@ SamplingMonitors SamplingMonitors::forThisMachine() {
         std::make_unique<NetworkMonitor>(std::make_unique<ProcNetDevSource>());
     monitors.thermalMonitor = std::make_unique<ThermalMonitor>();
     monitors.thermalStateSource = std::make_unique<ThermalZoneStateSource>();
+    monitors.detailSampler = std::make_unique<DetailSampler>(std::make_unique<LinuxDetailSource>());
     return monitors;
 }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "monitors/BusiestCore.h"
+
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 /// The published readings one tray item is drawn from, copied out of the sampler.
@@ -9,6 +12,7 @@
 struct MenuBarReadings {
     double cpuUsage = 0.0;
     std::vector<double> cpuHistory;
+    std::optional<BusiestCore> busiestCore;
     double memoryUsed = 0.0;
     double memoryTotal = 0.0;
     std::vector<double> memoryHistory;

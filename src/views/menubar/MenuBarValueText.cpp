@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -122,6 +123,16 @@ QString menuBarIcon(SensorType type) {
 
 QString menuBarToolTip(SensorType type, const MenuBarReadings& readings) {
     const auto raw = rawValue(type);
-    return QString::fromUtf8(raw.data(), static_cast<qsizetype>(raw.size())) +
-           QStringLiteral(": ") + menuBarValueText(type, readings);
+    QString text = QString::fromUtf8(raw.data(), static_cast<qsizetype>(raw.size())) +
+                   QStringLiteral(": ") + menuBarValueText(type, readings);
+    if (type == SensorType::cpu && readings.busiestCore)
+        text += u'\n' + busiestCoreText(*readings.busiestCore);
+    return text;
+}
+
+QString busiestCoreText(const BusiestCore& core) {
+    // A per-core share can pass 1 when a counter steps back; no core is busier than busy.
+    return QStringLiteral(u"Busiest core: CPU ") + QString::number(core.index) +
+           QStringLiteral(u" \u00B7 ") +
+           percentText(std::clamp(core.usage, 0.0, 1.0), "busiest core");
 }

@@ -22,5 +22,9 @@ QString widestValueText(SensorType type);
 /// combined network item, which has none.
 QString menuBarIcon(SensorType type);
 
-/// The item's tooltip: its raw value and value text, "CPU: 42%".
+/// The item's tooltip: its raw value and value text, "CPU: 42%"; the CPU's adds a line
+/// naming the busiest core when there is one.
 QString menuBarToolTip(SensorType type, const MenuBarReadings& readings);
+
+/// "Busiest core: CPU 5 · 98%", cores counted from 0 as the kernel names them.
+QString busiestCoreText(const BusiestCore& core);

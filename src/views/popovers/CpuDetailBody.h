@@ -3,10 +3,12 @@
 #include "DetailBody.h"
 
 class CoreBarsView;
+class FigureRowsView;
 class QLabel;
 class SparklineView;
 
-/// CPU: the overall usage, its history and one bar per core.
+/// CPU: the overall usage and the busiest core, its history, one row per core and the
+/// processes using the most CPU.
 class CpuDetailBody : public DetailBody {
     Q_OBJECT
 public:
@@ -16,7 +18,9 @@ public:
 
 private:
     QLabel* overall;
+    QLabel* busiestCore;
     SparklineView* history;
     QLabel* perCoreCaption;
     CoreBarsView* coreBars;
+    FigureRowsView* processes;
 };

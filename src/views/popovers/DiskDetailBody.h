@@ -4,8 +4,10 @@
 
 class ColoredProgressBar;
 class CapacitySummary;
+class FigureRowsView;
 
-/// Disk: used and total, the share used, free space and a storage map bar.
+/// Disk: used and total, the share used, free space and a storage map bar of the root
+/// volume, then every mounted local file system with its used and total space.
 class DiskDetailBody : public DetailBody {
     Q_OBJECT
 public:
@@ -16,4 +18,5 @@ public:
 private:
     CapacitySummary* summary;
     ColoredProgressBar* storageMap;
+    FigureRowsView* volumes;
 };

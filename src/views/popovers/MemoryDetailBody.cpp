@@ -1,6 +1,8 @@
 #include "MemoryDetailBody.h"
 
 #include "CapacitySummary.h"
+#include "DetailFigureText.h"
+#include "FigureRowsView.h"
 #include "MemoryPressure.h"
 #include "PopoverStyle.h"
 #include "PopoverText.h"
@@ -20,8 +22,13 @@ MemoryDetailBody::MemoryDetailBody(QWidget* parent) : DetailBody(parent) {
     summary = new CapacitySummary(this);
     pressure = PopoverStyle::label({}, 10, QFont::DemiBold, this);
     pressure->setObjectName(QStringLiteral("pressure"));
+    limit = PopoverStyle::secondaryLabel({}, this);
+    limit->setObjectName(QStringLiteral("limit"));
+    limit->hide();
     history = new SparklineView(56, this);
     history->setMaxValue(100.0);
+    processes = new FigureRowsView(TopProcesses::shown, TopProcesses::shown, this);
+    processes->setObjectName(QStringLiteral("processes"));
 
     auto* pressureRow = new QHBoxLayout;
     pressureRow->setSpacing(4);
@@ -31,9 +38,13 @@ MemoryDetailBody::MemoryDetailBody(QWidget* parent) : DetailBody(parent) {
 
     column->addWidget(summary);
     column->addLayout(pressureRow);
+    column->addWidget(limit);
     column->addSpacing(4);
     column->addWidget(PopoverStyle::caption(QStringLiteral("History"), this));
     column->addWidget(history);
+    column->addSpacing(4);
+    column->addWidget(PopoverStyle::caption(QStringLiteral("Top Processes (resident)"), this));
+    column->addWidget(processes);
 }
 
 void MemoryDetailBody::refresh(const SystemMonitor& monitor, const AppSettings&,
@@ -47,6 +58,10 @@ void MemoryDetailBody::refresh(const SystemMonitor& monitor, const AppSettings&,
     const MemoryPressure level = memoryPressure(fraction);
     pressure->setText(memoryPressureText(level));
     PopoverStyle::setTextColor(pressure, memoryPressureColor(level));
+    // A note only: the figures above stay the machine's.
+    limit->setText(memoryLimitText(monitor.memoryLimit(), monitor.memoryTotal()));
+    limit->setVisible(!limit->text().isEmpty());
     history->setColor(accent);
     history->setData(scaledHistory(monitor.memoryHistory(), 100.0));
+    processes->setRows(processRows(monitor.largestProcesses(), byteSizeText), accent);
 }

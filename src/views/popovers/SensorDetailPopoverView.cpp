@@ -50,6 +50,19 @@ DetailBody* makeBody(SensorType sensor, SystemMonitor& monitor, AppSettings& set
     return new CpuDetailBody(parent);
 }
 
+DetailFigures detailFiguresOf(SensorType sensor) {
+    switch (sensor) {
+    case SensorType::cpu:
+        return DetailFigure::busiestProcesses;
+    case SensorType::memory:
+        return DetailFigure::largestProcesses | DetailFigure::memoryLimit;
+    case SensorType::disk:
+        return DetailFigure::mountedVolumes;
+    default:
+        return 0;
+    }
+}
+
 QString fromStd(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
@@ -122,4 +135,15 @@ void SensorDetailPopoverView::changeEvent(QEvent* event) {
         queuedRefresh->schedule();
     }
     QWidget::changeEvent(event);
+}
+
+void SensorDetailPopoverView::showEvent(QShowEvent* event) {
+    if (const DetailFigures figures = detailFiguresOf(sensor_))
+        detailWatch = monitor.watchDetails(figures);
+    QWidget::showEvent(event);
+}
+
+void SensorDetailPopoverView::hideEvent(QHideEvent* event) {
+    detailWatch = {};
+    QWidget::hideEvent(event);
 }

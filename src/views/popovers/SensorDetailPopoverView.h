@@ -1,5 +1,6 @@
 #pragma once
 
+#include "monitors/DetailWatch.h"
 #include "tray/SensorType.h"
 
 #include <QWidget>
@@ -16,7 +17,8 @@ class SystemMonitor;
 /// The detail popover of one kind of reading: a header with the kind's title and symbol
 /// and a button that calls `onOpenSettings`, then the kind's value, graphs and
 /// breakdown. Redraws after every change the monitor or the settings announce.
-/// The width is fixed; the height fits the content.
+/// The width is fixed; the height fits the content. While shown it keeps the monitor
+/// sampling the figures only its body shows (the top processes, the file systems).
 class SensorDetailPopoverView : public QWidget {
     Q_OBJECT
 public:
@@ -33,6 +35,8 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void setSettingsSymbol();
@@ -45,4 +49,5 @@ private:
     QToolButton* settingsButton;
     DetailBody* body;
     QueuedRefresh* queuedRefresh = nullptr;
+    DetailWatch detailWatch;
 };
