@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-enum class HelperMode { oneShot, daemon };
+enum class HelperMode { oneShot, serve, daemon, version };
 
 struct HelperOptions {
     HelperMode mode = HelperMode::oneShot;
@@ -17,8 +17,9 @@ struct ParsedOptions {
     std::string error;
 };
 
-constexpr std::string_view helperUsage = "usage: smc_helper --all | --daemon [--sysfs-root DIR]";
+constexpr std::string_view helperUsage =
+    "usage: smc_helper --all | --serve | --daemon [--sysfs-root DIR] | --version";
 
-/// The arguments after the program name: exactly one of "--all" and "--daemon",
-/// optionally "--sysfs-root DIR".
+/// The arguments after the program name: exactly one of "--all", "--serve" and
+/// "--daemon", optionally "--sysfs-root DIR"; or "--version" with anything else.
 ParsedOptions parseHelperOptions(const std::vector<std::string_view>& arguments);

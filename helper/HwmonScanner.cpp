@@ -8,10 +8,6 @@
 
 namespace {
 
-constexpr long long lowestMilliCelsius = -273150;
-constexpr long long highestMilliCelsius = 1000000;
-constexpr long long highestRpm = 1000000;
-
 // The files of tempN, and of fanN with its pwmN, by suffix; a channel's files are
 // found by position, so reading a chip needs no lookups by name.
 constexpr std::string_view tempSuffixes[] = {"_input", "_label", "_crit"};
@@ -202,11 +198,16 @@ std::vector<HwmonFan> readFans(const ChipFiles& files, const HwmonScanOptions& o
         fan.minRpm = readInRange(channel, fanMin, 0, highestRpm);
         fan.maxRpm = readInRange(channel, fanMax, 1, highestRpm);
         auto target = readInRange(channel, fanTarget, 0, highestRpm);
+        const std::size_t targetFile = target ? fanTarget : fanOutput;
         if (!target)
             target = readInRange(channel, fanOutput, 0, highestRpm);
         fan.targetRpm = target;
-        if (options.recordPaths)
+        if (options.recordPaths) {
             fan.control = findControl(channel);
+            fan.inputPath = pathOf(channel, fanInput).value_or("");
+            if (target)
+                fan.targetPath = pathOf(channel, targetFile).value_or("");
+        }
         fans.push_back(std::move(fan));
     }
     return fans;
@@ -258,6 +259,8 @@ std::vector<HwmonChip> scanHwmon(const SysfsTree& tree, const HwmonScanOptions& 
         chip.deviceName = deviceDir ? std::string(lastComponent(deviceDir->path())) : "virtual";
         chip.temperatures = readTemperatures(files, options);
         chip.fans = readFans(files, options);
+        if (options.recordPaths && deviceDir && classifyChip(*name) == ChipKind::gpu)
+            chip.runtimeStatusPath = deviceDir->path() + "/power/runtime_status";
         chips.push_back(std::move(chip));
     }
     return chips;

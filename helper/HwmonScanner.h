@@ -32,13 +32,23 @@ struct HwmonFan {
     std::optional<long long> maxRpm;
     std::optional<long long> targetRpm;
     FanControlPaths control; ///< kind none unless paths were asked for
+    std::string inputPath;   ///< fanN_input, when paths were asked for
+    std::string targetPath;  ///< what targetRpm was read from, when paths were asked for
 };
+
+// What a reading may be; anything else is a broken sensor, not a value.
+constexpr long long lowestMilliCelsius = -273150;
+constexpr long long highestMilliCelsius = 1000000;
+constexpr long long highestRpm = 1000000;
 
 struct HwmonChip {
     std::string name;
     std::string deviceName; ///< last component of the device path, "virtual" without one
     std::string devicePath; ///< as on a real machine; stable across boots, unlike hwmonN
     bool hasDevice = false;
+    /// The device's power/runtime_status for a GPU, when paths were asked for: what
+    /// says whether reading it would wake it.
+    std::string runtimeStatusPath;
     std::vector<HwmonTemperature> temperatures;
     std::vector<HwmonFan> fans;
 };

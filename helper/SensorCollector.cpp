@@ -102,23 +102,33 @@ void numberRepeatedLabels(std::vector<TemperatureReading>& temperatures) {
 
 } // namespace
 
-SensorReadings collectSensors(const SysfsTree& tree, const CollectOptions& options) {
-    std::vector<HwmonChip> chips =
-        scanHwmon(tree, {options.readCriticalTemperatures, options.recordPaths});
-    const std::vector<ThermalZone> zones = scanThermalZones(tree, options.readCriticalTemperatures);
+SensorScan scanSensors(const SysfsTree& tree, const CollectOptions& options) {
+    SensorScan scan;
+    scan.chips = scanHwmon(tree, {options.readCriticalTemperatures, options.recordPaths});
+    scan.zones = scanThermalZones(tree, options.readCriticalTemperatures);
 
     std::set<std::string> zoneChipNames;
-    for (const ThermalZone& zone : zones)
+    for (const ThermalZone& zone : scan.zones)
         zoneChipNames.insert(hwmonNameOfZoneType(zone.type));
-    std::set<std::string> mirroredChipNames;
-    std::erase_if(chips, [&](const HwmonChip& chip) {
+    std::erase_if(scan.chips, [&](const HwmonChip& chip) {
         const bool mirror = mirrorsThermalZone(chip, zoneChipNames);
         if (mirror)
-            mirroredChipNames.insert(chip.name);
+            scan.mirroredChipNames.insert(chip.name);
         return mirror;
     });
-    std::sort(chips.begin(), chips.end(), chipOrder);
+    std::sort(scan.chips.begin(), scan.chips.end(), chipOrder);
+    return scan;
+}
 
+SensorReadings collectSensors(const SysfsTree& tree, const CollectOptions& options) {
+    return assembleSensors(scanSensors(tree, options), tree, options);
+}
+
+SensorReadings assembleSensors(const SensorScan& scan, const SysfsTree& tree,
+                               const CollectOptions& options) {
+    const std::vector<HwmonChip>& chips = scan.chips;
+    const std::vector<ThermalZone>& zones = scan.zones;
+    const std::set<std::string>& mirroredChipNames = scan.mirroredChipNames;
     SensorReadings readings;
     for (const HwmonChip& chip : chips)
         appendHwmonTemperatures(chip, readings.temperatures);

@@ -2,8 +2,10 @@
 
 #include "HwmonScanner.h"
 #include "SysfsTree.h"
+#include "ThermalZoneScanner.h"
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -36,6 +38,20 @@ struct CollectOptions {
     /// The paths the daemon opens later (inputPath, fan control); an answer needs none.
     bool recordPaths = false;
 };
+
+/// The chips and zones found, in their stable order (chips by kind, GPUs last, then by
+/// device path), with the values read while looking.
+struct SensorScan {
+    std::vector<HwmonChip> chips;
+    std::vector<ThermalZone> zones;
+    std::set<std::string> mirroredChipNames; ///< chips dropped as a zone's mirror
+};
+
+SensorScan scanSensors(const SysfsTree& tree, const CollectOptions& options);
+
+/// The answer for a scan's values: labels, CPU stand-ins, NVML GPUs and the limits.
+SensorReadings assembleSensors(const SensorScan& scan, const SysfsTree& tree,
+                               const CollectOptions& options);
 
 /// Every temperature and fan of the machine, labelled and in their stable order: chips
 /// by kind (GPUs last), then by device path, then by attribute number.

@@ -116,8 +116,13 @@ std::optional<std::string> readAttributeText(int dirFd, std::string_view name) {
     const int fd = openAttributeAt(dirFd, name);
     if (fd < 0)
         return std::nullopt;
-    auto text = readAll(fd);
+    auto text = readAttributeText(fd);
     ::close(fd);
+    return text;
+}
+
+std::optional<std::string> readAttributeText(int fd) {
+    auto text = readAll(fd);
     if (!text)
         return std::nullopt;
     text->erase(std::min(text->find('\n'), text->size()));

@@ -28,6 +28,8 @@ std::optional<long long> readAttributeInteger(int dirFd, std::string_view name);
 
 /// Reads an open attribute from its start (sysfs regenerates the value on each read).
 std::optional<long long> readAttributeInteger(int fd);
+/// The first line of an open attribute, read from its start, without trailing blanks.
+std::optional<std::string> readAttributeText(int fd);
 
 /// Writes "<value>\n" at the start of an open attribute.
 bool writeAttributeInteger(int fd, long long value);

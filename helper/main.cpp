@@ -1,5 +1,6 @@
-// smc_helper: reads the machine's temperatures and fans from hwmon ("--all"), or, as
-// a long-lived setuid-root child ("--daemon"), sets fan speeds on command.
+// smc_helper: reads the machine's temperatures and fans from hwmon, once ("--all") or
+// once per request line for as long as its input is open ("--serve"), or, as a
+// long-lived setuid-root child ("--daemon"), sets fan speeds on command.
 
 #include "DaemonRunDir.h"
 #include "FanDaemon.h"
@@ -8,10 +9,12 @@
 #include "Hardening.h"
 #include "HelperOptions.h"
 #include "HelperOutput.h"
+#include "ReadingsCache.h"
 #include "ReadingsJson.h"
 #include "SensorCollector.h"
 #include "SysfsTree.h"
 
+#include <cerrno>
 #include <csignal>
 #include <optional>
 #include <sys/stat.h>
@@ -27,6 +30,30 @@ int oneShotMode(const SysfsTree& tree) {
     }
     const SensorReadings readings = collectSensors(tree, {.includeNvml = true});
     return writeAll(STDOUT_FILENO, formatReadingsJson(readings)) ? 0 : 1;
+}
+
+// The same answer as "--all", once per line read, so the application need not start a
+// process each tick. Unprivileged like the one-shot mode; ends when its input does.
+int serveMode(const SysfsTree& tree) {
+    std::string error;
+    if (!dropPrivileges(error)) {
+        reportError(error);
+        return 1;
+    }
+    ReadingsCache cache(tree);
+    char buffer[256];
+    for (;;) {
+        const ssize_t count = ::read(STDIN_FILENO, buffer, sizeof buffer);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return 0;
+        // Each line feed is one request; what the lines say is not looked at.
+        for (ssize_t i = 0; i < count; ++i) {
+            if (buffer[i] == '\n' && !writeAll(STDOUT_FILENO, formatReadingsJson(cache.read())))
+                return 1;
+        }
+    }
 }
 
 // A refusal goes where the application waits for the ready line, and to the log. The
@@ -102,6 +129,12 @@ int main(int argc, char** argv) {
         return 2;
     }
     const HelperOptions& options = *parsed.options;
+    if (options.mode == HelperMode::version) {
+        std::string error;
+        if (!dropPrivileges(error))
+            return 1;
+        return writeAll(STDOUT_FILENO, "smc_helper " VORLUNE_HELPER_VERSION "\n") ? 0 : 1;
+    }
     if (options.sysfsRoot && runsWithRaisedPrivileges()) {
         reportError("--sysfs-root is refused when running with raised privileges");
         return 2;
@@ -113,6 +146,8 @@ int main(int argc, char** argv) {
     }
     if (options.mode == HelperMode::oneShot)
         return oneShotMode(*tree);
+    if (options.mode == HelperMode::serve)
+        return serveMode(*tree);
     if (!options.sysfsRoot)
         return daemonMode(*tree, "/run/vorlune");
     // A test tree keeps its own run folder, so its lock and state never meet the real one.

@@ -1,13 +1,12 @@
 #include "HelperInstallation.h"
 #include "ThermalMonitor.h"
 
+#include "linux/ChildProcess.h"
 #include "linux/HelperLocation.h"
 #include "linux/QuietRun.h"
 
 #include <filesystem>
-#include <fstream>
 #include <optional>
-#include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,14 +22,7 @@ std::optional<std::string> fileStamp(const std::string& path) {
            std::to_string(info.st_ctim.tv_nsec);
 }
 
-std::optional<std::string> readWholeFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        return std::nullopt;
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return in.bad() ? std::nullopt : std::optional(bytes.str());
-}
+const std::string helperVersionLine = "smc_helper " VORLUNE_HELPER_VERSION "\n";
 
 } // namespace
 
@@ -55,20 +47,18 @@ bool ThermalMonitor::uninstallHelper() {
 }
 
 bool ThermalMonitor::isHelperOutdated() const {
-    if (!helperPath_)
+    const std::optional<std::string> stamp = fileStamp(installedHelperPath_);
+    if (!stamp)
         return false;
-    const std::optional<std::string> shipped = fileStamp(*helperPath_);
-    const std::optional<std::string> installed = fileStamp(installedHelperPath_);
-    if (!shipped || !installed)
-        return false;
-    // Compared again only when either file changed, not on every refresh.
+    // Asked once per installed file, not on every refresh.
     std::lock_guard lock(comparedLock);
-    const std::string stamp = *shipped + "|" + *installed;
-    if (stamp != comparedStamp) {
-        const std::optional<std::string> a = readWholeFile(*helperPath_);
-        const std::optional<std::string> b = readWholeFile(installedHelperPath_);
-        comparedOutdated = a && b && *a != *b;
-        comparedStamp = stamp;
+    if (*stamp != comparedStamp) {
+        const std::optional<std::string> answer = ChildProcess::runForOutput(
+            installedHelperPath_, {"--version"}, std::chrono::milliseconds(1500));
+        // A copy that names another version is outdated; one that names none is from
+        // before versions were named. Only a copy that cannot run at all is not judged.
+        comparedOutdated = answer.has_value() && *answer != helperVersionLine;
+        comparedStamp = *stamp;
     }
     return comparedOutdated;
 }

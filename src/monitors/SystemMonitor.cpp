@@ -88,7 +88,7 @@ SystemSample SystemMonitor::collectSample(SamplingMonitors& monitors, DetailFigu
     sample.network = monitors.networkMonitor->getThroughput();
     const auto& helperPath = monitors.thermalMonitor->helperPath();
     if (helperPath) {
-        sample.thermal = monitors.thermalMonitor->readAll(*helperPath);
+        sample.thermal = monitors.thermalMonitor->readResident(*helperPath);
     } else {
         const auto state = monitors.thermalStateSource ? monitors.thermalStateSource->thermalState()
                                                        : std::nullopt;

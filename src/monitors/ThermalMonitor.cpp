@@ -3,6 +3,7 @@
 #include "ThermalAnswerDecoder.h"
 #include "linux/ChildProcess.h"
 #include "linux/HelperLocation.h"
+#include "linux/ResidentHelper.h"
 
 #include <QByteArrayView>
 #include <QString>
@@ -94,6 +95,21 @@ ThermalReadings ThermalMonitor::readAll(const std::string& path) const {
     if (!answer)
         return emptyThermalReadings;
     return decodeThermalAnswer(*answer);
+}
+
+ThermalReadings ThermalMonitor::readResident(const std::string& path) {
+    if (!resident_)
+        resident_ = std::make_unique<ResidentHelper>(path);
+    const ResidentHelper::Reply reply = resident_->request(oneShotLimit);
+    switch (reply.outcome) {
+    case ResidentHelper::Outcome::answered:
+        return decodeThermalAnswer(reply.answer);
+    case ResidentHelper::Outcome::failed:
+        return emptyThermalReadings;
+    case ResidentHelper::Outcome::unavailable:
+        break;
+    }
+    return readAll(path);
 }
 
 bool ThermalMonitor::startDaemon() {

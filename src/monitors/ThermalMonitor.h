@@ -34,14 +34,18 @@ public:
     static std::optional<std::string> locateHelper();
     /// Whether the installed path is a root-owned executable file with the setuid bit.
     bool isHelperInstalled() const;
-    /// Whether the installed copy differs from the helper this Vorlune ships (an
-    /// upgrade left the old one): its daemon may not speak this version's commands, so
-    /// it is reinstalled before manual control. False when either cannot be read.
+    /// Whether the installed copy is from another version (an upgrade left the old
+    /// one), by what its "--version" says: its daemon may not speak this version's
+    /// commands, so it is reinstalled before manual control.
     bool isHelperOutdated() const;
     /// Runs `path --all` and decodes its answer; empty readings when it cannot be
     /// started, answers badly, or has not exited 1.5 s after launch (it is killed).
     /// Takes no lock; safe from the sampling thread while the daemon is in use.
     ThermalReadings readAll(const std::string& path) const;
+    /// The same readings from `path` kept running in its serving mode, so no process is
+    /// started per tick; the one-shot read when it cannot be started. The answer, the
+    /// limit and every failure are those of readAll. For the sampling thread only.
+    ThermalReadings readResident(const std::string& path);
 
     /// Starts the installed helper with "--daemon" unless it runs already, and waits
     /// up to 15 s for its first line. Blocks: never call it on the main thread. False
@@ -93,6 +97,7 @@ private:
     std::string elevationProgram_;
     std::optional<std::string> helperPath_;
 
+    std::unique_ptr<class ResidentHelper> resident_; // the sampling thread's alone
     struct Daemon;
     std::unique_ptr<Daemon> daemon_; // guarded by daemonLock
     std::string daemonRefusal_;      // guarded by daemonLock

@@ -29,7 +29,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
 #include <signal.h>
 
 namespace {
@@ -158,7 +157,7 @@ TEST(InstallHelper, TrustsOnlyARootOwnedSetuidCopyMadeByAnAcceptedPrompt) {
     rig.dir.writeScript("elevate", "printf '%s|' \"$@\" > \"$0.args\"\nexec \"$@\"\n");
     ASSERT_TRUE(rig.thermal().installHelper());
     EXPECT_FALSE(rig.thermal().isHelperOutdated());
-    std::ofstream(rig.installed, std::ios::app) << "an older build";
+    rig.dir.writeScript(rig.installed, "echo 'smc_helper 0.9 commands 1'\n", 04755);
     EXPECT_TRUE(rig.thermal().isHelperOutdated());
     rig.dir.writeScript("elevate.dismissed", "exit 126\n");
     fs::rename(rig.dir.path() / "elevate", rig.dir.path() / "elevate.accepting");
@@ -239,7 +238,11 @@ TEST_F(Section, EachStateIsLaidOutWithoutClippingInTheThemeColours) {
         {"fan-setup-failed", clickAndWait("enableButton"), true, false},
         {"fan-automatic",
          [&](FanDetailContent& section) {
-             dir.writeScript(installed, "echo ready\nexec cat >/dev/null\n", 04755);
+             // Says it is this version when asked, as the real helper would.
+             dir.writeScript(installed,
+                             "[ \"$1\" = --version ] && exec \"" + *thermal().helperPath() +
+                                 "\" --version\n" + "echo ready\nexec cat >/dev/null\n",
+                             04755);
              section.refresh();
          },
          false, false},

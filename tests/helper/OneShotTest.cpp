@@ -1,9 +1,11 @@
-// `smc_helper --all`: the real binary over fake sysfs trees.
+// `smc_helper --all` and `--serve`: the real binary over fake sysfs trees.
+#include "ReadingsCache.h"
 #include "support/FakeMachines.h"
 #include "support/HelperProcess.h"
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <sys/inotify.h>
 #include <sys/stat.h>
 
@@ -65,6 +67,50 @@ TEST(HelperOneShot, AnswersEachMachineWithItsJson) {
         EXPECT_EQ(result.output, c.expected + "\n");
         EXPECT_EQ(result.errors, "");
     }
+}
+
+TEST(HelperServe, AnswersEachRequestAsAFreshAllWouldWithoutScanningEachTime) {
+    FakeSysfs sysfs;
+    buildIntelDesktop(sysfs);
+    const std::string gpu = "pci0000:00/0000:00:08.1/0000:0e:00.0";
+    DaemonProcess serving(helperBinary(), {"smc_helper", "--serve", "--sysfs-root", sysfs.root()});
+    std::string answers;
+    const auto servesAsAllWould = [&] {
+        answers += runHelper({"--all", "--sysfs-root", sysfs.root()}).output;
+        serving.send("read\n");
+        return serving.waitForOutput(answers) && serving.output() == answers;
+    };
+    const std::pair<const char*, std::function<void()>> changes[] = {
+        {"first request", [] {}},
+        {"a value moves",
+         [&] { sysfs.write(std::string(intelCoretempChip) + "/temp2_input", "61000\n"); }},
+        {"a GPU comes",
+         [&] {
+             sysfs.addHwmon(5, gpu, {"name=amdgpu", "temp1_input=40000", "temp1_label=edge"});
+             sysfs.write("sys/devices/" + gpu + "/power/runtime_status", "active\n");
+         }},
+        {"the GPU goes to sleep",
+         [&] { sysfs.write("sys/devices/" + gpu + "/power/runtime_status", "suspended\n"); }},
+        {"a fan stops reporting",
+         [&] { sysfs.write(std::string(intelBoardChip) + "/fan1_input", "garbage\n"); }},
+    };
+    for (const auto& [name, change] : changes) {
+        SCOPED_TRACE(name);
+        change();
+        EXPECT_TRUE(servesAsAllWould()) << serving.output();
+    }
+    serving.closeInput();
+    EXPECT_EQ(serving.waitForExit(), 0);
+
+    // Behind those answers: one scan, then only the kept files, until a chip comes.
+    const auto tree = SysfsTree::open(sysfs.root());
+    ReadingsCache cache(*tree);
+    for (int i = 0; i < 3; ++i)
+        cache.read();
+    EXPECT_EQ(cache.scanCount(), 1);
+    sysfs.addHwmon(6, "platform/nct6775.2592", {"name=nct6799", "fan2_input=950"});
+    EXPECT_EQ(cache.read().fans.size(), 3u);
+    EXPECT_EQ(cache.scanCount(), 2);
 }
 
 TEST(HelperOneShot, ReadsAGpuUnlessReadingWouldWakeIt) {

@@ -1,7 +1,7 @@
 // vorlune_soak: the application's sampling, tray items and popovers under load.
 //   vorlune_soak SETTINGS [TICKS=20000 [BASELINE=1000 [HEAP_TOLERANCE=65536]]]
 //     runs TICKS sampling ticks back to back with every item shown and the CPU popover
-//     open, and fails when threads, descriptors, children or heap grew after BASELINE.
+//     open, and fails when threads, descriptors, zombies or heap grew after BASELINE.
 //   vorlune_soak --timer SETTINGS
 //     the app on its own 2-second timer: a "sample t=<CLOCK_MONOTONIC s> temp= ..." line per
 //     sample; "get KEY", "set KEY VALUE" on stdin are answered "setting KEY=<value read back>".
@@ -34,9 +34,9 @@ extern "C" size_t __sanitizer_get_current_allocated_bytes();
 
 namespace {
 
-// threads, fds, children, heap bytes; -1 where a figure could not be read.
+// threads, fds, zombies, heap bytes; -1 where a figure could not be read.
 using Figures = std::array<long long, 4>;
-constexpr const char* figureNames[] = {"threads", "fds", "children", "heap"};
+constexpr const char* figureNames[] = {"threads", "fds", "zombies", "heap"};
 
 long long countEntries(const char* path) {
     std::error_code error;
@@ -44,17 +44,25 @@ long long countEntries(const char* path) {
     return error ? -1 : count;
 }
 
-// Children not yet reaped, zombies included: each thread lists its own as "pid pid ".
-long long countChildren() {
-    long long children = 0;
+// Children that ended and were not reaped. Each thread lists its own as "pid pid "; the
+// serving helper is a child that lives on, and is not counted.
+long long countZombies() {
+    long long zombies = 0;
     for (const QString& task :
          QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         QFile list(QStringLiteral("/proc/self/task/%1/children").arg(task));
         if (!list.open(QIODevice::ReadOnly))
             return -1;
-        children += list.readAll().count(' ');
+        for (const QByteArray& pid : list.readAll().split(' ')) {
+            QFile stat(QStringLiteral("/proc/%1/stat").arg(QString::fromLatin1(pid)));
+            if (pid.isEmpty() || !stat.open(QIODevice::ReadOnly))
+                continue;
+            const QByteArray text = stat.readAll();
+            const qsizetype nameEnd = text.lastIndexOf(") ");
+            zombies += nameEnd >= 0 && text.mid(nameEnd + 2, 1) == "Z";
+        }
     }
-    return children;
+    return zombies;
 }
 
 Figures readFigures() {
@@ -66,12 +74,12 @@ Figures readFigures() {
     const auto heap = static_cast<long long>(info.uordblks + info.hblkhd);
 #endif
     // The listing holds one descriptor of its own while counting.
-    return {countEntries("/proc/self/task"), countEntries("/proc/self/fd") - 1, countChildren(),
+    return {countEntries("/proc/self/task"), countEntries("/proc/self/fd") - 1, countZombies(),
             heap};
 }
 
 void printFigures(int tick, const Figures& figures) {
-    std::printf("tick %d: threads=%lld fds=%lld children=%lld heap=%lld\n", tick, figures[0],
+    std::printf("tick %d: threads=%lld fds=%lld zombies=%lld heap=%lld\n", tick, figures[0],
                 figures[1], figures[2], figures[3]);
 }
 
@@ -152,8 +160,8 @@ int soak(const QString& settingsFile, int ticks, int baselineTick, long long hea
                 monitor.allSensors().size(), monitor.fans().size(), monitor.temperature());
 
     bool passed = stillShowing(settings);
-    // Threads, descriptors and children are counted between ticks, when no helper runs:
-    // they must not move at all. The heap moves by a few kilobytes while Qt's caches
+    // Threads, descriptors and zombies are counted between ticks, when only the serving
+    // helper runs: they must not move at all. The heap moves by a few kilobytes while Qt's caches
     // follow what was drawn last; a container that keeps 4 bytes a tick exceeds the
     // default tolerance over 19,000 ticks.
     const Figures tolerance{0, 0, 0, heapTolerance};
@@ -191,7 +199,7 @@ int timer(const QString& settingsFile) {
     QObject::connect(&monitor, &SystemMonitor::sampled, [&] {
         const Figures figures = readFigures();
         std::printf("sample t=%.3f temp=%.2f gpu=%.2f sensors=%zu fans=%zu items=%zu fds=%lld "
-                    "threads=%lld children=%lld\n",
+                    "threads=%lld zombies=%lld\n",
                     monotonicSeconds(), monitor.temperature(), monitor.gpuTemperature(),
                     monitor.allSensors().size(), monitor.fans().size(),
                     StatusBarManager::shared().items().size(), figures[1], figures[0], figures[2]);

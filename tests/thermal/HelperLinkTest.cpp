@@ -80,6 +80,57 @@ TEST(ReadAll, BrokenHelpersGiveEmptyReadingsAndLeaveNothingRunning) {
     }
 }
 
+TEST(ReadResident, AServingHelperAnswersEachTickAndAnyFaultGivesWhatTheOneShotWould) {
+    TempDir dir;
+    const std::string good = R"({"temperatures":[{"key":"k","label":"CPU Die","value":48}]})";
+    const ThermalReadings decoded{48, 0, {{"k", "CPU Die", 48}}, {}};
+    // Each start notes its pid; every request is one line in and one line out.
+    const auto serving = [&](const std::string& body) {
+        return "[ \"$*\" = --serve ] || exec cat >/dev/null\necho $$ >> " + dir.str() + "/pids\n" +
+               body;
+    };
+    const std::string answerLoop = "while read request; do echo '" + good + "'; done\n";
+    const struct {
+        const char* name;
+        std::string program; // a script body, or a path when it starts with '/'
+        ThermalReadings first, second;
+        int starts;
+    } cases[] = {
+        {"one process for every tick", serving(answerLoop), decoded, decoded, 1},
+        {"dies between ticks: started again", serving("read request\necho '" + good + "'\n"),
+         decoded, decoded, 2},
+        {"hangs: killed, then started again", serving("read request\nexec sleep 300\n"),
+         emptyThermalReadings, emptyThermalReadings, 2},
+        {"dies mid-answer", serving("read request\nprintf '{\"temp'\nkill -SEGV $$\n"),
+         emptyThermalReadings, emptyThermalReadings, 2},
+        {"garbage", serving("while read request; do echo 'smc: no device'; done\n"),
+         emptyThermalReadings, emptyThermalReadings, 1},
+        {"1 MB answer", serving("read request\nhead -c 1048576 /dev/zero | tr '\\0' x\necho\n"),
+         emptyThermalReadings, emptyThermalReadings, 2},
+        {"cannot start", dir.str() + "/absent", emptyThermalReadings, emptyThermalReadings, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string program =
+            c.program.starts_with('/') ? c.program : dir.writeScript("helper", c.program).string();
+        {
+            ThermalMonitor monitor(dir.str() + "/installed");
+            EXPECT_TRUE(monitor.readResident(program) == c.first);
+            // Ticks are 2 s apart: a helper that ends after answering is gone by the next.
+            std::istringstream first(dir.read("pids"));
+            for (pid_t pid; c.starts == 2 && first >> pid;)
+                eventually([&] { return isGone(pid); });
+            EXPECT_TRUE(monitor.readResident(program) == c.second);
+        }
+        std::istringstream started(dir.read("pids"));
+        int starts = 0;
+        for (pid_t pid; started >> pid; ++starts)
+            EXPECT_TRUE(eventually([&] { return isGone(pid); })) << "still runs: " << pid;
+        EXPECT_EQ(starts, c.starts);
+        std::filesystem::remove(dir.path() / "pids");
+    }
+}
+
 class Daemon : public testing::Test {
 protected:
     void SetUp() override { ignoreSigpipe(); }
