@@ -3,14 +3,16 @@ xfce over StatusNotifierItem), driven from outside as a person would."""
 
 import os
 import re
+import shutil
 import signal
 import subprocess
 import sys
+import tempfile
 import time
 import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from harness import Desktop, processes, run, wait_until  # noqa: E402
+from harness import Desktop, processes, run, wait_until, write_file  # noqa: E402
 
 BINARY_DIR = os.environ["VORLUNE_BINARY_DIR"]
 VORLUNE = os.path.join(BINARY_DIR, "bin", "vorlune")
@@ -130,6 +132,84 @@ class WholeApp(Session):
         self.assertTrue(self.window("^Vorlune: CPU$"), "CPU has an item: its popover opens")
         self.assertFalse(self.desktop.windows("--name", "^CPU$"), "and no stand-alone window")
         self.desktop.screenshot("cpu-popover-from-main")
+
+
+class FanStory(unittest.TestCase):
+    """Manual fan control as a person meets it, on a fake board: switched on from the fan
+    popover, the daemon killed, the popover opened again."""
+
+    FAN = "#00FF80"
+
+    def fake_board(self, root):
+        sysfs = os.path.join(root, "sysfs")
+        chips = {"platform/coretemp.0/hwmon/hwmon1": dict(name="coretemp", temp1_input="45000",
+                                                           temp1_label="Package id 0"),
+                 "platform/nct6775.656/hwmon/hwmon2": dict(name="nct6775", fan1_input="1200",
+                                                            pwm1="100", pwm1_enable="5")}
+        for chip, attributes in chips.items():
+            for name, content in attributes.items():
+                write_file(os.path.join(sysfs, "sys/devices", chip, name), content + "\n")
+            os.symlink("../..", os.path.join(sysfs, "sys/devices", chip, "device"))
+            os.makedirs(os.path.join(sysfs, "sys/class/hwmon"), exist_ok=True)
+            os.symlink("../../devices/" + chip,
+                       os.path.join(sysfs, "sys/class/hwmon", os.path.basename(chip)))
+        return sysfs, os.path.join(sysfs, "sys/devices", "platform/nct6775.656/hwmon/hwmon2")
+
+    def test_a_killed_daemon_is_reported_and_its_fans_come_back(self):
+        root = tempfile.mkdtemp(prefix="vorlune-fans-")
+        self.addCleanup(shutil.rmtree, root, True)
+        sysfs, board = self.fake_board(root)
+        def fan(name):
+            with open(os.path.join(board, name)) as attribute:
+                return attribute.read().strip()
+        # Vorlune in a prefix of its own, whose helper and set-user-ID copy read the board.
+        wrapper = (f'#!/bin/sh\nexec "{os.path.join(BINARY_DIR, "SMCHelper", "smc_helper")}" '
+                   f'"$@" --sysfs-root "{sysfs}"\n')
+        program = os.path.join(root, "bin", "vorlune")
+        os.makedirs(os.path.dirname(program))
+        shutil.copy2(VORLUNE, program)
+        write_file(os.path.join(root, "libexec", "vorlune", "smc_helper"), wrapper, 0o755)
+        installed = os.path.join(root, "setuid", "vorlune_smc_helper")
+        write_file(installed, wrapper, 0o4755)
+
+        desktop = Desktop("tint2", os.path.join(BINARY_DIR, "screenshots", "e2e", "fan-story"))
+        self.addCleanup(desktop.close)
+        desktop.start_tray_host()
+        desktop.env["VORLUNE_INSTALLED_HELPER"] = installed
+        desktop.write_settings({"persistFan": "true", "fanColorHex": self.FAN[1:],
+                                "persistentDisplayStyle": "Text Only"})
+        desktop.spawn([program])
+        item = wait_until(lambda: desktop.find_colour(desktop.screenshot("item"), self.FAN), 15)
+        self.assertIsNotNone(item, "the fan item is drawn")
+
+        def open_popover(name):
+            desktop.click(item[0] + item[2] // 2, item[1] + item[3] // 2)
+            found = wait_until(lambda: desktop.windows("--name", "^Vorlune: Fan$"), 10)
+            self.assertTrue(found, "the fan popover opens")
+            time.sleep(1.0)
+            desktop.screenshot(name)
+            return found[0]
+
+        x, y, width, _ = open_popover("popover")
+        # The switch sits at the right end of the "Manual Fan Override" line.
+        desktop.click(x + width - 32, y + 115)
+        self.assertTrue(wait_until(lambda: fan("pwm1_enable") == "1", 15), "the fan is manual")
+        self.assertEqual(fan("pwm1"), "51", "held at 20 %, no lower")
+        desktop.screenshot("manual")
+
+        [daemon] = processes("--daemon\0--sysfs-root\0" + sysfs)
+        os.kill(daemon, signal.SIGKILL)
+        self.assertTrue(wait_until(lambda: (fan("pwm1_enable"), fan("pwm1")) == ("5", "100"), 15),
+                        "the next tick hands the fan back")
+        desktop.click(640, 400)  # closes the popover
+        time.sleep(1.0)
+        x, y, width, height = open_popover("reopened")
+        shot = desktop.crop(desktop.screenshot("reopened-message"), (x, y, width, height))
+        big = shot.replace(".png", "-x3.png")
+        run(["convert", shot, "-scale", "300%", "-colorspace", "gray", big], check=True)
+        text = " ".join(run(["tesseract", big, "-"]).stdout.split())
+        self.assertIn("Manual control stopped", text)
+        self.assertIn("handed back to automatic control", text)
 
 
 class Strip(unittest.TestCase):
