@@ -3,7 +3,9 @@
 #include <QFrame>
 #include <QPointer>
 
-/// A frameless popup holding one popover view; it closes on a click elsewhere.
+/// A frameless popup holding one popover view; it closes on a click elsewhere. It takes
+/// its content's height whenever that changes, up to the screen's available height less
+/// a margin, beyond which the content scrolls.
 class PopoverWindow : public QFrame {
     Q_OBJECT
 public:
@@ -17,4 +19,13 @@ signals:
 
 protected:
     void hideEvent(QHideEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    int fittingHeight() const;
+
+    QWidget* content;
+    class QScrollArea* scroll;
+    QRect available;
+    bool growsUp = false;
 };

@@ -76,7 +76,7 @@ class Tray(Session):
         self.desktop.start_panel()
         self.assertTrue(self.wait_for(CPU, "host-restarted", timeout=25), "the CPU item is back")
 
-        # Quit while a helper may be running: it starts every 2 s and lasts milliseconds.
+        # Quit while the serving helper runs: it must end with Vorlune.
         wait_until(lambda: processes("smc_helper", self.desktop.runtime), 5, 0.05)
         self.vorlune.send_signal(signal.SIGTERM)
         self.assertEqual(self.vorlune.wait(timeout=15), 0)
@@ -190,10 +190,12 @@ class FanStory(unittest.TestCase):
             desktop.screenshot(name)
             return found[0]
 
-        x, y, width, _ = open_popover("popover")
+        x, y, width, height = open_popover("popover")
         # The switch sits at the right end of the "Manual Fan Override" line.
         desktop.click(x + width - 32, y + 115)
         self.assertTrue(wait_until(lambda: fan("pwm1_enable") == "1", 15), "the fan is manual")
+        self.assertTrue(wait_until(lambda: desktop.windows("--name", "^Vorlune: Fan$")[0][3] >
+                                   height, 5), "the popover grows to show the slider")
         self.assertEqual(fan("pwm1"), "51", "held at 20 %, no lower")
         desktop.screenshot("manual")
 

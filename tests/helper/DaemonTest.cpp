@@ -95,19 +95,6 @@ TEST(HelperDaemon, RefusesBadLinesAndFansItCannotDriveThenDrivesModeFirstAndRest
     EXPECT_EQ(daemon.process.output(), "ready\n");
 }
 
-TEST(HelperDaemon, SpeedsAreShareOfTheReportedMaximumAndNeverBelowTheChipsMinimum) {
-    const std::string gpu = "sys/devices/pci0000:00/0000:00:03.1/0000:0a:00.0/hwmon/hwmon0";
-    const std::string gpuFan = "hwmon/amdgpu/0000:0a:00.0/fan1";
-    Daemon daemon(buildAmdDesktop);
-    // 1650 of the chip's 3300 RPM is half duty; a set-all names each fan by its key.
-    daemon.send("set-fan " + gpuFan + " 1650\n");
-    EXPECT_TRUE(daemon.settlesTo({"pwm1=128", "pwm1_enable=1"}, gpu));
-    daemon.send("set-all " + gpuFan + "=0\n");
-    EXPECT_TRUE(daemon.settlesTo({"pwm1=51"}, gpu));
-    daemon.send("fan-auto " + gpuFan + "\n");
-    EXPECT_TRUE(daemon.settlesTo({"pwm1=90", "pwm1_enable=2"}, gpu));
-}
-
 TEST(HelperDaemon, EveryWayOfLettingGoHandsTheFansBack) {
     const struct {
         std::string name;

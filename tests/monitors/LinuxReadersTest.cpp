@@ -3,7 +3,6 @@
 #include "monitors/linux/ProcNetDevSource.h"
 #include "monitors/linux/ProcStatCpuSource.h"
 #include "monitors/linux/ProcStatParser.h"
-#include "monitors/linux/ProcessTable.h"
 #include "monitors/linux/StatvfsVolumeSource.h"
 #include "support/TempDir.h"
 
@@ -16,7 +15,6 @@
 #include <map>
 #include <sstream>
 #include <thread>
-#include <unistd.h>
 
 namespace {
 
@@ -115,16 +113,6 @@ TEST(LinuxSources, ReadersAgreeWithTheKernelsOwnFiguresFreeAndIp) {
     const auto [all1, idle1] = kernelTicks();
     ASSERT_GT(all1, all0);
     EXPECT_NEAR(share, 1.0 - double(idle1 - idle0) / double(all1 - all0), 0.05);
-
-    // statm's resident pages against the kB that status prints for this very process.
-    const auto table = readProcessTable("/proc", true);
-    const auto self = std::find_if(table.begin(), table.end(),
-                                   [](const ProcessReading& p) { return p.pid == ::getpid(); });
-    ASSERT_NE(self, table.end());
-    EXPECT_EQ(self->name + "\n", readFile("/proc/self/comm"));
-    const std::string status = readFile("/proc/self/status");
-    const double residentKiB = std::stod(status.substr(status.find("VmRSS:") + 6));
-    EXPECT_NEAR(double(self->residentBytes), residentKiB * 1024, 4 << 20);
 
     // ip asks by netlink: each counter of a counted link lies between two reads of ours.
     ProcNetDevSource netDev;

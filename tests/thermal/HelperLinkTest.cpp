@@ -103,8 +103,6 @@ TEST(ReadResident, AServingHelperAnswersEachTickAndAnyFaultGivesWhatTheOneShotWo
          emptyThermalReadings, emptyThermalReadings, 2},
         {"dies mid-answer", serving("read request\nprintf '{\"temp'\nkill -SEGV $$\n"),
          emptyThermalReadings, emptyThermalReadings, 2},
-        {"garbage", serving("while read request; do echo 'smc: no device'; done\n"),
-         emptyThermalReadings, emptyThermalReadings, 1},
         {"1 MB answer", serving("read request\nhead -c 1048576 /dev/zero | tr '\\0' x\necho\n"),
          emptyThermalReadings, emptyThermalReadings, 2},
         {"cannot start", dir.str() + "/absent", emptyThermalReadings, emptyThermalReadings, 0},
