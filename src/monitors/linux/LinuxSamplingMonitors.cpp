@@ -20,10 +20,9 @@ SamplingMonitors SamplingMonitors::forThisMachine() {
     // Where the set-user-ID copy lives may be moved, for a test desktop; only an absolute
     // path is taken, and a copy there still counts only if root owns it set-user-ID.
     const QString installed = qEnvironmentVariable("VORLUNE_INSTALLED_HELPER");
-    monitors.thermalMonitor =
-        installed.startsWith(QLatin1Char('/'))
-            ? std::make_unique<ThermalMonitor>(installed.toStdString())
-            : std::make_unique<ThermalMonitor>();
+    monitors.thermalMonitor = installed.startsWith(QLatin1Char('/'))
+                                  ? std::make_unique<ThermalMonitor>(installed.toStdString())
+                                  : std::make_unique<ThermalMonitor>();
     monitors.thermalStateSource = std::make_unique<ThermalZoneStateSource>();
     monitors.detailSampler = std::make_unique<DetailSampler>(std::make_unique<LinuxDetailSource>());
     return monitors;
