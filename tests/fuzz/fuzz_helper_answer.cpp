@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string_view>
 
 namespace {
@@ -35,8 +36,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             broken("non-finite sensor value");
     }
     for (const FanInfo& fan : readings.fans) {
-        if (!std::isfinite(fan.actual) || !std::isfinite(fan.min) || !std::isfinite(fan.max) ||
-            !std::isfinite(fan.target))
+        const auto finite = [](const std::optional<double>& figure) {
+            return !figure || std::isfinite(*figure);
+        };
+        if (!std::isfinite(fan.actual) || !finite(fan.min) || !finite(fan.max) ||
+            !finite(fan.target))
             broken("non-finite fan speed");
     }
     if (readings.cpuTemp != 0.0 && !isValueOfSensorLabelled(readings, readings.cpuTemp, "CPU"))
