@@ -270,7 +270,8 @@ void StatusBarManager::showDetail(SensorType type, const TrayItem* anchor, bool 
     const QString title =
         QString::fromUtf8(rawValue(type).data(), static_cast<qsizetype>(rawValue(type).size()));
     const auto item = statusItems.find(type);
-    const TrayItem* chosenAnchor = item != statusItems.end() ? item->second.get() : anchor;
+    TrayItem* ownItem = item != statusItems.end() ? item->second.get() : nullptr;
+    const TrayItem* chosenAnchor = ownItem ? ownItem : anchor;
 
     if (!chosenAnchor) {
         auto* window =
@@ -295,11 +296,16 @@ void StatusBarManager::showDetail(SensorType type, const TrayItem* anchor, bool 
     popover->setWindowTitle(QStringLiteral("Vorlune: ") + title);
     settings->applyAppearance(*popover);
     popovers[type] = popover;
-    connect(popover, &PopoverWindow::closed, this, [this, type, popover] {
+    QPointer<TrayItem> quietItem(ownItem);
+    connect(popover, &PopoverWindow::closed, this, [this, type, popover, quietItem] {
+        if (quietItem)
+            quietItem->setPopoverOpen(false);
         if (popovers.count(type) && popovers[type] == popover)
             forgetPopover(type);
         else
             popoverClosedAt[type].start();
     });
+    if (ownItem)
+        ownItem->setPopoverOpen(true);
     popover->showUnder(chosenAnchor->anchor());
 }

@@ -27,6 +27,9 @@ public:
     /// the host tells only that. Invalid when neither is known.
     virtual QRect anchor() const = 0;
     virtual bool isVisible() const = 0;
+    /// While the item's popover is open its tooltip is not offered: it would cover the
+    /// popover's top.
+    virtual void setPopoverOpen(bool open) = 0;
 
     const ButtonModel& model() const { return model_; }
     /// How many pictures were sent to the host.

@@ -118,7 +118,12 @@ void VorluneApp::showMainPopover() {
     mainPopover = new PopoverWindow(content, mainPopoverWidth);
     mainPopover->setWindowTitle(QStringLiteral("Vorlune"));
     appSettings->applyAppearance(*mainPopover);
-    connect(mainPopover, &PopoverWindow::closed, this,
-            [this] { mainPopoverClosedAt = QDateTime::currentMSecsSinceEpoch(); });
+    connect(mainPopover, &PopoverWindow::closed, this, [this] {
+        mainPopoverClosedAt = QDateTime::currentMSecsSinceEpoch();
+        if (mainExtra)
+            mainExtra->setPopoverOpen(false);
+    });
+    if (mainExtra)
+        mainExtra->setPopoverOpen(true);
     mainPopover->showUnder(mainExtra ? mainExtra->anchor() : QRect());
 }

@@ -59,17 +59,29 @@ void XEmbedTrayItem::setModel(const ButtonModel& model, bool textBesideIcon) {
     if (!takeModel(model, textBesideIcon))
         return;
     icon.setIcon(QIcon(new ButtonModelIconEngine(model)));
-    if (icon.toolTip() != model.toolTip)
-        icon.setToolTip(model.toolTip);
+    toolTip = model.toolTip;
+    showToolTip();
     if (!icon.isVisible())
         icon.show();
 }
 
-void XEmbedTrayItem::setSymbol(const QIcon& symbol, const QString& toolTip) {
+void XEmbedTrayItem::setSymbol(const QIcon& symbol, const QString& text) {
     icon.setIcon(symbol);
-    icon.setToolTip(toolTip);
+    toolTip = text;
+    showToolTip();
     if (!icon.isVisible())
         icon.show();
+}
+
+void XEmbedTrayItem::setPopoverOpen(bool open) {
+    popoverOpen = open;
+    showToolTip();
+}
+
+void XEmbedTrayItem::showToolTip() {
+    const QString shown = popoverOpen ? QString() : toolTip;
+    if (icon.toolTip() != shown)
+        icon.setToolTip(shown);
 }
 
 void XEmbedTrayItem::setMenu(QMenu* menu) {

@@ -17,7 +17,12 @@ public:
     void setMenu(QMenu* menu) override;
     QRect anchor() const override { return icon.geometry(); }
     bool isVisible() const override { return icon.isVisible(); }
+    void setPopoverOpen(bool open) override;
 
 private:
+    void showToolTip();
+
     QSystemTrayIcon icon;
+    QString toolTip;
+    bool popoverOpen = false;
 };

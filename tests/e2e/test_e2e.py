@@ -308,6 +308,8 @@ class Notifier(Session):
         # A click at x = 1000 opens the CPU popover centred there, under the panel.
         self.call(items["vorlune-cpu"], "Activate", 1000, 10)
         self.assertTrue(self.window("^Vorlune: CPU$"), "the CPU popover opened")
+        self.assertEqual(self.items(3)["vorlune-cpu"][2]["ToolTip"], ("", ""),
+                         "no tooltip covers the open popover")
         x, y, width, _ = self.desktop.windows("--name", "^Vorlune: CPU$")[0]
         self.assertLessEqual(abs(x + width // 2 - 1000), 2)
         self.assertGreaterEqual(y, 20, "below the panel, not over it")

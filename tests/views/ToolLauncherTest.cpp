@@ -31,42 +31,63 @@ struct FakePath {
     TempDir dir;
 };
 
-TEST(ToolLauncher, PicksTheFirstInstalledProgramElseATerminal) {
+TEST(ToolLauncher, PicksTheFirstInstalledProgramElseACommandThatIsThereInATerminal) {
     const ToolLauncher monitor = ToolLauncher::systemMonitor(), logs = ToolLauncher::logViewer();
-    const std::tuple<const ToolLauncher&, std::vector<std::string>, std::string, QStringList>
+    const std::tuple<const ToolLauncher&, std::vector<std::string>, std::string, QStringList,
+                     QString>
         cases[] = {
-            {monitor, {"lxtask", "xterm", "mate-system-monitor"}, "mate-system-monitor", {}},
-            {monitor, {"-gnome-system-monitor", "xterm"}, "xterm", {"-e", "top"}},
-            {monitor, {"xterm", "x-terminal-emulator"}, "x-terminal-emulator", {"-e", "top"}},
-            {monitor, {"xfce4-terminal"}, "xfce4-terminal", {"-x", "top"}},
-            {logs, {"gnome-terminal", "htop"}, "gnome-terminal", {"--", "journalctl", "-b", "-e"}},
+            {monitor,
+             {"lxtask", "xterm", "mate-system-monitor"},
+             "mate-system-monitor",
+             {},
+             "System Monitor"},
+            {monitor,
+             {"-gnome-system-monitor", "xterm", "htop", "top"},
+             "xterm",
+             {"-e", "htop"},
+             "htop"},
+            {monitor,
+             {"xterm", "x-terminal-emulator", "top"},
+             "x-terminal-emulator",
+             {"-e", "top"},
+             "top"},
+            {logs,
+             {"gnome-terminal", "journalctl"},
+             "gnome-terminal",
+             {"--", "journalctl", "-f"},
+             "Journal"},
         };
-    for (const auto& [launcher, installed, program, arguments] : cases) {
+    for (const auto& [launcher, installed, program, arguments, name] : cases) {
         FakePath path(installed);
         const QString found = QString::fromStdString(path.dir.str() + "/" + program);
-        EXPECT_EQ(launcher.command(), (LaunchCommand{found, arguments}));
+        EXPECT_EQ(launcher.command(), (LaunchCommand{found, arguments, name}));
     }
+    // A terminal alone opens nothing worth a button.
+    FakePath onlyTerminal({"xterm"});
+    EXPECT_EQ(monitor.command(), std::nullopt);
 }
 
-TEST(ToolLauncher, FooterButtonsStartTheToolOrNameWhatToInstall) {
+TEST(ToolLauncher, FooterButtonsNameTheToolTheyStartAndHideWithoutOne) {
     PopoverRig rig;
     for (const bool installed : {false, true}) {
-        FakePath path(installed ? std::vector<std::string>{"plasma-systemmonitor", "konsole"}
-                                : std::vector<std::string>{"htop"});
+        FakePath path(
+            installed ? std::vector<std::string>{"plasma-systemmonitor", "konsole", "journalctl"}
+                      : std::vector<std::string>{"htop"});
         MonitorPopoverView view(rig.monitor, rig.settings, [](SensorType) {});
         auto* activity = view.findChild<QToolButton*>("activityMonitorButton");
         auto* console = view.findChild<QToolButton*>("consoleButton");
-        EXPECT_EQ(std::pair(activity->isEnabled(), console->isEnabled()),
+        EXPECT_EQ(std::pair(activity->isVisibleTo(&view), console->isVisibleTo(&view)),
                   std::pair(installed, installed));
-        EXPECT_EQ(console->toolTip(), installed ? "" : ToolLauncher::logViewer().installHint());
         if (!installed) {
             EXPECT_FALSE(ToolLauncher::systemMonitor().launch());
             continue;
         }
+        EXPECT_EQ(std::pair(activity->text(), console->text()),
+                  std::pair(QStringLiteral("System Monitor"), QStringLiteral("Journal")));
         activity->click();
         console->click();
         EXPECT_EQ(path.ran("plasma-systemmonitor"), "\n");
-        EXPECT_EQ(path.ran("konsole"), "-e\njournalctl\n-b\n-e\n");
+        EXPECT_EQ(path.ran("konsole"), "-e\njournalctl\n-f\n");
     }
 }
 

@@ -106,6 +106,13 @@ void StatusNotifierItem::setToolTip(const QString& text) {
     emit adaptor->NewToolTip();
 }
 
+void StatusNotifierItem::setPopoverOpen(bool open) {
+    if (popoverOpen == open)
+        return;
+    popoverOpen = open;
+    emit adaptor->NewToolTip();
+}
+
 void StatusNotifierItem::setLabel(const QString& label, const QString& guide) {
     if (label_ == label && labelGuide_ == guide)
         return;

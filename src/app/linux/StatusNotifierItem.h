@@ -32,11 +32,13 @@ public:
     void setMenu(QMenu* menu) override;
     QRect anchor() const override;
     bool isVisible() const override { return registered; }
+    void setPopoverOpen(bool open) override;
 
     QString id() const { return id_; }
     QString title() const { return title_; }
     SniPixmaps pixmaps() const { return pixmaps_; }
-    SniToolTip sniToolTip() const { return toolTip_; }
+    /// What hosts are given: nothing while the popover is open.
+    SniToolTip sniToolTip() const { return popoverOpen ? SniToolTip{} : toolTip_; }
     QString label() const { return label_; }
     QString labelGuide() const { return labelGuide_; }
     /// Picture bytes a host fetches after each new icon, summed over the item's life.
@@ -71,5 +73,6 @@ private:
     QString labelGuide_;
     std::optional<QPoint> lastClick;
     bool registered = false;
+    bool popoverOpen = false;
     qint64 bytesOffered = 0;
 };

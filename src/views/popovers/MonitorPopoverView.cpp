@@ -69,12 +69,14 @@ void setSymbol(QToolButton* button, std::string_view symbol) {
                                              : Qt::ToolButtonTextBesideIcon);
 }
 
+// The button names the tool it opens; with none installed it is not shown at all.
 void connectLauncher(QToolButton* button, ToolLauncher launcher) {
-    if (!launcher.command()) {
-        button->setEnabled(false);
-        button->setToolTip(launcher.installHint());
+    const std::optional<LaunchCommand> found = launcher.command();
+    button->setVisible(found.has_value());
+    if (!found)
         return;
-    }
+    button->setText(found->name);
+    button->setToolTip(QStringLiteral("Open ") + found->name);
     QObject::connect(button, &QToolButton::clicked, button, [launcher] { launcher.launch(); });
 }
 

@@ -22,8 +22,9 @@ class SystemMonitor;
 
 /// The content of the application's own tray popover: every reading at once, in the
 /// sections CPU, Memory, Disk, Network and Temperature (each hidden by its show setting),
-/// then a footer with the sampling period and the "Activity Monitor", "Console" and
-/// "Quit" buttons. Redraws after every change the monitor or the settings announce.
+/// then a footer with the sampling period, buttons naming the desktop's system monitor
+/// and log viewer (each hidden when none is installed) and "Quit". Redraws after every change the
+/// monitor or the settings announce.
 ///
 /// A tap on a section calls `showDetail` with its kind (Network → network, Temperature →
 /// cpuTemp); the caller opens that detail with no anchor, as from the main popover.

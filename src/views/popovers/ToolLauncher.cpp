@@ -3,23 +3,22 @@
 #include <QProcess>
 #include <QStandardPaths>
 
-ToolLauncher::ToolLauncher(QStringList dedicatedPrograms, QStringList terminalCommand,
-                           QString installHint)
-    : dedicatedPrograms(std::move(dedicatedPrograms)), terminalCommand(std::move(terminalCommand)),
-      installHint_(std::move(installHint)) {}
+ToolLauncher::ToolLauncher(std::vector<Tool> dedicated, std::vector<Tool> inTerminal)
+    : dedicated(std::move(dedicated)), inTerminal(std::move(inTerminal)) {}
 
 ToolLauncher ToolLauncher::systemMonitor() {
-    return ToolLauncher({"gnome-system-monitor", "plasma-systemmonitor", "ksysguard",
-                         "xfce4-taskmanager", "mate-system-monitor", "lxtask"},
-                        {"top"},
-                        "Install a system monitor such as gnome-system-monitor or "
-                        "plasma-systemmonitor, or a terminal emulator such as xterm.");
+    return ToolLauncher({{{"gnome-system-monitor"}, "System Monitor"},
+                         {{"plasma-systemmonitor"}, "System Monitor"},
+                         {{"mate-system-monitor"}, "System Monitor"},
+                         {{"xfce4-taskmanager"}, "Task Manager"},
+                         {{"ksysguard"}, "System Monitor"},
+                         {{"lxtask"}, "Task Manager"}},
+                        {{{"htop"}, "htop"}, {{"top"}, "top"}});
 }
 
 ToolLauncher ToolLauncher::logViewer() {
-    return ToolLauncher({"gnome-logs", "ksystemlog"}, {"journalctl", "-b", "-e"},
-                        "Install a log viewer such as gnome-logs or ksystemlog, or a terminal "
-                        "emulator such as xterm.");
+    return ToolLauncher({{{"gnome-logs"}, "Logs"}, {{"ksystemlog"}, "System Log"}},
+                        {{{"journalctl", "-f"}, "Journal"}});
 }
 
 const std::vector<ToolLauncher::Terminal>& ToolLauncher::terminals() {
@@ -32,15 +31,21 @@ const std::vector<ToolLauncher::Terminal>& ToolLauncher::terminals() {
 }
 
 std::optional<LaunchCommand> ToolLauncher::command() const {
-    for (const QString& name : dedicatedPrograms) {
-        const QString path = QStandardPaths::findExecutable(name);
+    for (const Tool& tool : dedicated) {
+        const QString path = QStandardPaths::findExecutable(tool.command.front());
         if (!path.isEmpty())
-            return LaunchCommand{path, {}};
+            return LaunchCommand{path, tool.command.mid(1), tool.name};
     }
     for (const Terminal& terminal : terminals()) {
         const QString path = QStandardPaths::findExecutable(terminal.program);
-        if (!path.isEmpty())
-            return LaunchCommand{path, terminal.runPrefix + terminalCommand};
+        if (path.isEmpty())
+            continue;
+        // Only a command that is there: a terminal that opens on "not found" helps nobody.
+        for (const Tool& tool : inTerminal) {
+            if (!QStandardPaths::findExecutable(tool.command.front()).isEmpty())
+                return LaunchCommand{path, terminal.runPrefix + tool.command, tool.name};
+        }
+        return std::nullopt;
     }
     return std::nullopt;
 }
