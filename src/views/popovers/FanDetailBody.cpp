@@ -61,6 +61,6 @@ void FanDetailBody::refresh(const SystemMonitor& monitor, const AppSettings&,
                             const QColor& accent) {
     if (auto* symbol = qobject_cast<SymbolLabel*>(fanIcon))
         symbol->setColor(accent);
-    speed->setText(rpmText(static_cast<double>(monitor.fanSpeed())));
-    PopoverStyle::setTextColor(speed, accent);
+    PopoverStyle::setFanReading(speed, !monitor.fans().empty(),
+                                static_cast<double>(monitor.fanSpeed()), accent);
 }

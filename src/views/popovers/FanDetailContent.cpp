@@ -67,7 +67,7 @@ QWidget* FanDetailContent::makeSetupCard() {
                                      QFont::Medium, card);
     setupTitle->setWordWrap(true);
     auto* explanation = PopoverStyle::secondaryLabel(
-        QStringLiteral("Installs a small helper to /usr/local/bin with admin privileges. "
+        QStringLiteral("Installs the sensor helper to /usr/local/bin with administrator rights. "
                        "Required once."),
         card);
     explanation->setWordWrap(true);

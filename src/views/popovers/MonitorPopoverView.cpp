@@ -303,21 +303,27 @@ void MonitorPopoverView::refreshValues() {
     const QColor networkColor = sensorAccentColor(SensorType::network, settings);
     networkSection->setColor(networkColor);
     downloadArrow->setColor(networkColor);
-    uploadArrow->setColor(networkColor);
     downloadRate->setText(popoverRateText(monitor.networkBytesIn()));
     uploadRate->setText(popoverRateText(monitor.networkBytesOut()));
     networkGraph->setColor(networkColor);
     networkGraph->setMaxValue(std::max(rateScaleMaximum(monitor.networkInHistory()),
                                        rateScaleMaximum(monitor.networkOutHistory())));
     networkGraph->setData(monitor.networkInHistory());
+    // Uploads in the network colour turned a sixth round the colour wheel: told apart
+    // from downloads, and still of the same family.
+    const QColor uploadColor = QColor::fromHsv((networkColor.hsvHue() + 60) % 360,
+                                               networkColor.hsvSaturation(), networkColor.value());
+    networkGraph->setSecondData(monitor.networkOutHistory(), uploadColor);
+    uploadArrow->setColor(uploadColor);
 
     const QColor temperatureColorSetting = sensorAccentColor(SensorType::cpuTemp, settings);
     temperatureSection->setColor(temperatureColorSetting);
     temperatureValue->setText(temperatureText(monitor.temperature()));
-    PopoverStyle::setTextColor(temperatureValue,
-                               temperatureColor(monitor.temperature(), temperatureColorSetting));
-    fanValue->setText(rpmText(static_cast<double>(monitor.fanSpeed())));
-    PopoverStyle::setTextColor(fanValue, sensorAccentColor(SensorType::fan, settings));
+    PopoverStyle::setTemperatureColor(temperatureValue, monitor.temperature(),
+                                      temperatureColorSetting);
+    PopoverStyle::setFanReading(fanValue, !monitor.fans().empty(),
+                                static_cast<double>(monitor.fanSpeed()),
+                                sensorAccentColor(SensorType::fan, settings));
     temperatureGraph->setColor(temperatureColorSetting);
     temperatureGraph->setData(monitor.temperatureHistory());
 

@@ -1,5 +1,8 @@
 #include "PopoverStyle.h"
 
+#include "PopoverText.h"
+#include "views/menubar/MenuBarColor.h"
+
 #include <QFrame>
 #include <QLabel>
 
@@ -34,6 +37,18 @@ void setTextColor(QLabel* label, const QColor& colour) {
     QPalette palette = label->palette();
     palette.setColor(label->foregroundRole(), colour);
     label->setPalette(palette);
+}
+
+void setFanReading(QLabel* label, bool hasFans, double rpm, const QColor& accent) {
+    label->setText(hasFans ? rpmText(rpm) : QStringLiteral("No fans found"));
+    setTextColor(label,
+                 hasFans ? accent : label->window()->palette().color(QPalette::PlaceholderText));
+}
+
+void setTemperatureColor(QLabel* label, double celsius, const QColor& accent) {
+    setTextColor(label, celsius > 0.0
+                            ? temperatureColor(celsius, accent)
+                            : label->window()->palette().color(QPalette::PlaceholderText));
 }
 
 QColor textColor(const QLabel* label) {

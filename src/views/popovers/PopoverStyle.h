@@ -28,6 +28,12 @@ QLabel* caption(const QString& text, QWidget* parent);
 void setTextColor(QLabel* label, const QColor& colour);
 /// The colour `label` currently draws its text in.
 QColor textColor(const QLabel* label);
+/// A fan reading: its speed in `accent`, or "No fans found" in the secondary text colour
+/// when the machine reports no fan at all (a fanless laptop is not at 0 RPM).
+void setFanReading(QLabel* label, bool hasFans, double rpm, const QColor& accent);
+/// A temperature in its level's colour (`accent`, then warm and hot); "no reading" in
+/// the secondary text colour, since a missing sensor is no alarm.
+void setTemperatureColor(QLabel* label, double celsius, const QColor& accent);
 
 /// A thin horizontal line between sections.
 QFrame* divider(QWidget* parent);

@@ -26,7 +26,7 @@ void SensorListView::setSensors(const std::vector<TemperatureSensor>& sensors,
     for (std::size_t i = 0; i < sensors.size(); ++i) {
         rows[i].label->setText(QString::fromStdString(sensors[i].label));
         rows[i].value->setText(temperatureText(sensors[i].value));
-        PopoverStyle::setTextColor(rows[i].value, temperatureColor(sensors[i].value, color));
+        PopoverStyle::setTemperatureColor(rows[i].value, sensors[i].value, color);
     }
     emptyMark->setVisible(sensors.empty());
 }

@@ -32,6 +32,14 @@ void SparklineView::setMaxValue(double maxValue) {
     update();
 }
 
+void SparklineView::setSecondData(std::vector<double> data, const QColor& color) {
+    if (data == secondData_ && color == secondColor_)
+        return;
+    secondData_ = std::move(data);
+    secondColor_ = color;
+    update();
+}
+
 QSize SparklineView::sizeHint() const {
     return {120, height()};
 }
@@ -44,7 +52,10 @@ void SparklineView::paintEvent(QPaintEvent*) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(track);
     painter.drawRoundedRect(QRectF(rect()), 4, 4);
-    paintSparkline(painter, QRectF(rect()).adjusted(1, 1, -1, -1), data_, maxValue_, color_, 1.5);
+    const QRectF graph = QRectF(rect()).adjusted(1, 1, -1, -1);
+    paintSparkline(painter, graph, data_, maxValue_, color_, 1.5);
+    if (!secondData_.empty())
+        paintSparkline(painter, graph, secondData_, maxValue_, secondColor_, 1.5);
 }
 
 std::vector<double> scaledHistory(const std::vector<double>& history, double factor) {

@@ -6,8 +6,9 @@
 #include <vector>
 
 /// A line graph of one history, oldest sample at the left edge and newest at the right,
-/// each value as a share of `maxValue`, with the area under the line filled. It spans
-/// the width it is given; its height is fixed.
+/// each value as a share of `maxValue`, with the area under the line filled; optionally a
+/// second history on the same scale, in a colour of its own (uploads under downloads).
+/// It spans the width it is given; its height is fixed.
 class SparklineView : public QWidget {
     Q_OBJECT
 public:
@@ -16,6 +17,7 @@ public:
     void setData(std::vector<double> data);
     void setColor(const QColor& color);
     void setMaxValue(double maxValue);
+    void setSecondData(std::vector<double> data, const QColor& color);
 
     const std::vector<double>& data() const { return data_; }
     QColor color() const { return color_; }
@@ -29,6 +31,8 @@ protected:
 private:
     std::vector<double> data_;
     QColor color_;
+    std::vector<double> secondData_;
+    QColor secondColor_;
     double maxValue_ = 1.0;
 };
 

@@ -46,7 +46,7 @@ void TemperatureDetailBody::refresh(const SystemMonitor& monitor, const AppSetti
                                     const QColor& accent) {
     const double celsius = chip == Chip::cpu ? monitor.temperature() : monitor.gpuTemperature();
     value->setText(temperatureText(celsius));
-    PopoverStyle::setTextColor(value, temperatureColor(celsius, accent));
+    PopoverStyle::setTemperatureColor(value, celsius, accent);
     const SensorGroups groups = groupSensors(monitor.allSensors());
     if (chip == Chip::cpu) {
         history->setColor(accent);

@@ -78,7 +78,7 @@ void GeneralSettingsView::addDisplayMode() {
     picker->setObjectName(QStringLiteral("displayMode"));
     SettingsBinding::bindEnumPicker(picker, settings, &AppSettings::displayMode,
                                     &AppSettings::setDisplayMode);
-    addSection(QStringLiteral("Display Mode"))->addRow(QStringLiteral("Menu bar style"), picker);
+    addSection(QStringLiteral("Display Mode"))->addRow(QStringLiteral("Panel style"), picker);
 }
 
 void GeneralSettingsView::addAppearance() {

@@ -53,7 +53,7 @@ void MonitorsSettingsView::addPopoverSections() {
 }
 
 void MonitorsSettingsView::addPersistentItems() {
-    FormSection* section = addSection(QStringLiteral("Persistent Menu Bar Items"));
+    FormSection* section = addSection(QStringLiteral("Persistent Panel Items"));
 
     auto* defaultStyle = new QComboBox;
     defaultStyle->setObjectName(QStringLiteral("persistentDisplayStyle"));
@@ -109,9 +109,9 @@ void MonitorsSettingsView::addPersistentItems() {
                          &S::styleFan, &S::setStyleFan});
 
     section->addFootnote(
-        QStringLiteral("Each enabled sensor gets its own menu bar item. Click to see details."));
+        QStringLiteral("Each enabled sensor gets its own panel item. Click to see details."));
     section->addFootnote(QStringLiteral(
-        "Temperature and fan readings use the SMC helper for accurate sensor data."));
+        "Temperature and fan readings use the sensor helper for accurate sensor data."));
 }
 
 QWidget* MonitorsSettingsView::addItemRow(FormSection* section, const ItemRow& item) {
