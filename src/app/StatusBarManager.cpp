@@ -13,7 +13,10 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <QScreen>
+#include <QScrollArea>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 #include <utility>
 
@@ -281,9 +284,23 @@ void StatusBarManager::showDetail(SensorType type, const TrayItem* anchor, bool 
         window->setWindowTitle(title);
         auto* layout = new QVBoxLayout(window);
         layout->setContentsMargins(0, 0, 0, 0);
-        layout->addWidget(content);
-        window->setFixedSize(detailWidth, detailWindowHeight);
-        if (const QScreen* screen = QGuiApplication::primaryScreen())
+        // Resizable: the content stretches to the width and scrolls in a short window.
+        auto* scroll = new QScrollArea(window);
+        scroll->setFrameShape(QFrame::NoFrame);
+        scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        scroll->setWidgetResizable(true);
+        content->setMinimumWidth(detailWidth);
+        content->setMaximumWidth(QWIDGETSIZE_MAX);
+        // Its own height at most: a taller window leaves the rest empty below it.
+        content->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+        scroll->setWidget(content);
+        layout->addWidget(scroll);
+        window->setMinimumSize(detailWidth, detailWindowHeight / 2);
+        const QScreen* screen = QGuiApplication::primaryScreen();
+        const int tallest = screen ? screen->availableGeometry().height() - 80 : 600;
+        window->resize(detailWidth,
+                       std::clamp(content->sizeHint().height(), detailWindowHeight, tallest));
+        if (screen)
             window->move(screen->availableGeometry().center() - window->rect().center());
         window->show();
         window->raise();

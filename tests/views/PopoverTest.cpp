@@ -9,6 +9,8 @@
 #include "views/popovers/MonitorPopoverView.h"
 #include "views/popovers/PopoverText.h"
 
+#include <QApplication>
+#include <QTest>
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -95,6 +97,23 @@ TEST(MonitorPopoverView, EachSectionOpensItsKindAndHidesByItsSetting) {
             EXPECT_EQ(view.findChild<QWidget*>(other)->isVisible(), other != name) << other;
         EXPECT_LT(view.sizeHint().height(), fullHeight);
     }
+    // Tab walks the same sections in order; Space opens each, and each is read out whole.
+    PopoverRig rig;
+    std::vector<SensorType> opened, expected;
+    MonitorPopoverView view(rig.monitor, rig.settings, [&](SensorType k) { opened.push_back(k); });
+    view.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    for (const auto& [name, kind, setShow] : sections) {
+        // The popover opens with its first section focused.
+        if (kind != SensorType::cpu)
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QWidget* focused = QApplication::focusWidget();
+        ASSERT_EQ(focused->objectName().toStdString(), name);
+        QTest::keyClick(focused, Qt::Key_Space);
+        expected.push_back(kind);
+        EXPECT_TRUE(focused->accessibleName().contains(QStringLiteral(", "))) << name;
+    }
+    EXPECT_EQ(opened, expected);
 }
 
 } // namespace

@@ -281,6 +281,10 @@ void MonitorPopoverView::refreshValues() {
     coreBars->setCores(monitor.coreUsages());
     cpuGraph->setColor(cpuColor);
     cpuGraph->setData(monitor.cpuHistory());
+    const auto spokenPercent = [](double fraction) {
+        return QString::number(wholeNumber(fraction * 100.0)) + QStringLiteral(" percent");
+    };
+    cpuSection->setSpokenValue(spokenPercent(monitor.cpuUsage()));
 
     const QColor memoryColor = sensorAccentColor(SensorType::memory, settings);
     memorySection->setColor(memoryColor);
@@ -291,12 +295,14 @@ void MonitorPopoverView::refreshValues() {
     memoryBar->setValue(monitor.memoryFraction());
     memoryGraph->setColor(memoryColor);
     memoryGraph->setData(monitor.memoryHistory());
+    memorySection->setSpokenValue(spokenPercent(monitor.memoryFraction()));
 
     const QColor diskColor = sensorAccentColor(SensorType::disk, settings);
     diskSection->setColor(diskColor);
     diskAmount->setText(
         QString::asprintf("%.0f / %.0f GB", monitor.diskUsed(), monitor.diskTotal()));
     diskPercent->setText(percentText(monitor.diskFraction()));
+    diskSection->setSpokenValue(spokenPercent(monitor.diskFraction()));
     diskBar->setColor(diskColor);
     diskBar->setValue(monitor.diskFraction());
 
@@ -309,6 +315,9 @@ void MonitorPopoverView::refreshValues() {
     networkGraph->setMaxValue(std::max(rateScaleMaximum(monitor.networkInHistory()),
                                        rateScaleMaximum(monitor.networkOutHistory())));
     networkGraph->setData(monitor.networkInHistory());
+    networkSection->setSpokenValue(
+        QStringLiteral("down ") + popoverRateText(monitor.networkBytesIn()) +
+        QStringLiteral(", up ") + popoverRateText(monitor.networkBytesOut()));
     // Uploads in the network colour turned a sixth round the colour wheel: told apart
     // from downloads, and still of the same family.
     const QColor uploadColor = QColor::fromHsv((networkColor.hsvHue() + 60) % 360,
@@ -326,6 +335,8 @@ void MonitorPopoverView::refreshValues() {
                                 sensorAccentColor(SensorType::fan, settings));
     temperatureGraph->setColor(temperatureColorSetting);
     temperatureGraph->setData(monitor.temperatureHistory());
+    temperatureSection->setSpokenValue(temperatureValue->text() + QStringLiteral(", fan ") +
+                                       fanValue->text());
 
     intervalLabel->setText(updateIntervalText(settings.updateInterval()));
 }

@@ -4,6 +4,7 @@
 #include "SymbolLabel.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
@@ -28,8 +29,37 @@ MonitorSection::MonitorSection(const QString& title, const QString& icon,
     content->setSpacing(4);
     layout->addLayout(content);
 
-    if (this->onTap)
+    setAccessibleName(title);
+    if (this->onTap) {
         setCursor(Qt::PointingHandCursor);
+        setFocusPolicy(Qt::StrongFocus);
+    }
+}
+
+void MonitorSection::setSpokenValue(const QString& value) {
+    const QString spoken = title_ + QStringLiteral(", ") + value;
+    if (accessibleName() != spoken)
+        setAccessibleName(spoken);
+}
+
+void MonitorSection::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if (onTap && (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space)) {
+        onTap();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+// The focused section is drawn as a hovered one, so the keyboard's place is visible.
+void MonitorSection::focusInEvent(QFocusEvent* event) {
+    QWidget::focusInEvent(event);
+    update();
+}
+
+void MonitorSection::focusOutEvent(QFocusEvent* event) {
+    QWidget::focusOutEvent(event);
+    update();
 }
 
 void MonitorSection::setColor(const QColor& color) {
@@ -61,7 +91,7 @@ void MonitorSection::leaveEvent(QEvent*) {
 }
 
 void MonitorSection::paintEvent(QPaintEvent*) {
-    if (!hovered)
+    if (!hovered && !hasFocus())
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
