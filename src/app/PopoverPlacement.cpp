@@ -3,12 +3,14 @@
 #include <algorithm>
 
 QPoint popoverPosition(const QRect& itemGeometry, std::optional<QPoint> cursor,
-                       const QRect& available, const QSize& size) {
+                       const QRect& available, const QSize& size, bool panelAtBottom) {
     QRect anchor;
     if (itemGeometry.isValid() && !itemGeometry.isEmpty())
         anchor = itemGeometry;
     else if (cursor)
         anchor = QRect(*cursor, QSize(1, 1));
+    else if (panelAtBottom)
+        anchor = QRect(available.right() - 1, available.bottom() + 1, 1, 1);
     else
         anchor = QRect(available.right() - 1, available.top(), 1, 1);
 

@@ -34,7 +34,7 @@ PopoverWindow::PopoverWindow(QWidget* content, int width, QWidget* parent)
     content->installEventFilter(this);
 }
 
-void PopoverWindow::showUnder(const QRect& itemGeometry) {
+void PopoverWindow::showUnder(const QRect& itemGeometry, bool atCursor) {
     const QPoint cursor = QCursor::pos();
     QScreen* screen =
         QGuiApplication::screenAt(itemGeometry.isValid() ? itemGeometry.center() : cursor);
@@ -42,9 +42,10 @@ void PopoverWindow::showUnder(const QRect& itemGeometry) {
         screen = QGuiApplication::primaryScreen();
     available = screen ? screen->availableGeometry() : QRect(0, 0, 1280, 800);
     resize(width(), fittingHeight());
-    const bool cursorKnown = !cursor.isNull() || itemGeometry.isValid();
+    const bool cursorKnown = atCursor && (!cursor.isNull() || itemGeometry.isValid());
+    const bool panelAtBottom = screen && available.bottom() < screen->geometry().bottom();
     move(popoverPosition(itemGeometry, cursorKnown ? std::optional(cursor) : std::nullopt,
-                         available, size()));
+                         available, size(), panelAtBottom));
     // Above the item (a bottom panel) the popover keeps its bottom edge as it resizes.
     growsUp = itemGeometry.isValid() && geometry().bottom() <= itemGeometry.top();
     show();

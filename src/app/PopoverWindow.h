@@ -11,9 +11,10 @@ class PopoverWindow : public QFrame {
 public:
     PopoverWindow(QWidget* content, int width, QWidget* parent = nullptr);
 
-    /// Shows the popover under the tray item at `itemGeometry`; an invalid
-    /// geometry (the host does not tell) places it at the cursor.
-    void showUnder(const QRect& itemGeometry);
+    /// Shows the popover under the tray item at `itemGeometry`; an invalid geometry (the
+    /// host does not tell) places it at the cursor, or, without `atCursor` (a request from
+    /// outside, such as a second start), at the panel's corner.
+    void showUnder(const QRect& itemGeometry, bool atCursor = true);
 signals:
     void closed();
 

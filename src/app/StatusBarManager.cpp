@@ -242,7 +242,8 @@ void StatusBarManager::forgetPopover(SensorType type) {
     popovers.erase(type);
 }
 
-void StatusBarManager::showDetail(SensorType type, const TrayItem* anchor, bool fromMainPopover) {
+void StatusBarManager::showDetail(SensorType type, const TrayItem* anchor, bool fromMainPopover,
+                                  const QRect& near) {
     if (PopoverWindow* open = openPopover(type)) {
         if (fromMainPopover) {
             open->raise();
@@ -300,8 +301,13 @@ void StatusBarManager::showDetail(SensorType type, const TrayItem* anchor, bool 
         const int tallest = screen ? screen->availableGeometry().height() - 80 : 600;
         window->resize(detailWidth,
                        std::clamp(content->sizeHint().height(), detailWindowHeight, tallest));
-        if (screen)
+        if (screen && near.isValid()) {
+            const QRect area = screen->availableGeometry();
+            window->move(std::clamp(near.left(), area.left(), area.right() - window->width()),
+                         std::clamp(near.top(), area.top(), area.bottom() - window->height()));
+        } else if (screen) {
             window->move(screen->availableGeometry().center() - window->rect().center());
+        }
         window->show();
         window->raise();
         window->activateWindow();

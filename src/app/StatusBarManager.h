@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
+#include <QRect>
 
 #include <functional>
 #include <map>
@@ -35,7 +36,10 @@ public:
     void statusItemClicked(int tag);
     /// Opens, toggles or raises the detail popover of `type`. `anchor` is the item to
     /// open under when the type has no item of its own.
-    void showDetail(SensorType type, const TrayItem* anchor, bool fromMainPopover);
+    /// `near`, when valid, is where the main popover stood: a detail with no item of its
+    /// own opens there rather than mid-screen.
+    void showDetail(SensorType type, const TrayItem* anchor, bool fromMainPopover,
+                    const QRect& near = {});
 
     static std::set<SensorType> desiredSensorTypes(const AppSettings& settings);
     /// The button model of one item from the current readings and settings.

@@ -99,7 +99,15 @@ void VorluneApp::toggleMainPopover() {
     showMainPopover();
 }
 
+void VorluneApp::showMainPopoverFromOutside() {
+    openMainPopover(false);
+}
+
 void VorluneApp::showMainPopover() {
+    openMainPopover(true);
+}
+
+void VorluneApp::openMainPopover(bool atCursor) {
     if (mainPopoverIsOpen()) {
         mainPopover->raise();
         mainPopover->activateWindow();
@@ -108,12 +116,14 @@ void VorluneApp::showMainPopover() {
     // A tapped section hands over to its detail: the main popover steps aside
     // rather than keep a grab over the window or popover that opens.
     auto* content = new MonitorPopoverView(*monitor, *appSettings, [this](SensorType type) {
+        const QRect place = mainPopover ? mainPopover->geometry() : QRect();
         if (mainPopover)
             mainPopover->close();
         // The detail opens a moment later, once the closed popup's pointer grab is
         // released: a popup that opens while another still holds it loses its own.
-        QTimer::singleShot(popupHandOverMilliseconds, this,
-                           [type] { StatusBarManager::shared().showDetail(type, nullptr, true); });
+        QTimer::singleShot(popupHandOverMilliseconds, this, [type, place] {
+            StatusBarManager::shared().showDetail(type, nullptr, true, place);
+        });
     });
     mainPopover = new PopoverWindow(content, mainPopoverWidth);
     mainPopover->setWindowTitle(QStringLiteral("Vorlune"));
@@ -125,5 +135,5 @@ void VorluneApp::showMainPopover() {
     });
     if (mainExtra)
         mainExtra->setPopoverOpen(true);
-    mainPopover->showUnder(mainExtra ? mainExtra->anchor() : QRect());
+    mainPopover->showUnder(mainExtra ? mainExtra->anchor() : QRect(), atCursor);
 }

@@ -31,6 +31,9 @@ public:
     /// Opens the main popover, or closes it when it is open.
     void toggleMainPopover();
     void showMainPopover();
+    /// The same for a request from outside (a second start): without a click to go by,
+    /// it opens where the main item was last clicked, else at the panel's corner.
+    void showMainPopoverFromOutside();
     bool mainPopoverIsOpen() const;
 
 signals:
@@ -38,6 +41,7 @@ signals:
     void trayReady();
 
 private:
+    void openMainPopover(bool atCursor);
     void onTrayHost();
     void applyAppearanceIfChanged();
 

@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
     QuitOnSignal quitOnSignal;
     VorluneApp vorlune;
     QObject::connect(&instance, &SingleInstance::showRequested, &vorlune,
-                     &VorluneApp::showMainPopover);
+                     &VorluneApp::showMainPopoverFromOutside);
     vorlune.start();
     return QApplication::exec();
 }

@@ -97,16 +97,19 @@ TEST_F(StatusBarManagerTest, ClicksToggleOnePopoverAndQuittingRemovesEverything)
 }
 
 TEST(PopoverPlacement, OpensUnderTheItemFlipsNearTheBottomAndStaysOnScreen) {
-    const std::tuple<QRect, std::optional<QPoint>, QPoint> cases[] = {
-        {QRect(600, 0, 22, 22), std::nullopt, QPoint(450, 22)},    // under a top-panel item
-        {QRect(600, 778, 22, 22), std::nullopt, QPoint(450, 378)}, // above a bottom-panel one
-        {QRect(600, 378, 22, 22), std::nullopt, QPoint(450, 400)}, // just fits below
-        {QRect(1270, 0, 10, 22), std::nullopt, QPoint(960, 22)},   // kept on screen
-        {QRect(), QPoint(100, 10), QPoint(0, 11)},                 // at the cursor
-        {QRect(), std::nullopt, QPoint(960, 1)},                   // top right without either
+    const std::tuple<QRect, std::optional<QPoint>, bool, QPoint> cases[] = {
+        {QRect(600, 0, 22, 22), std::nullopt, false, QPoint(450, 22)},    // under a top-panel item
+        {QRect(600, 778, 22, 22), std::nullopt, true, QPoint(450, 378)},  // above a bottom one
+        {QRect(600, 378, 22, 22), std::nullopt, false, QPoint(450, 400)}, // just fits below
+        {QRect(1270, 0, 10, 22), std::nullopt, false, QPoint(960, 22)},   // kept on screen
+        {QRect(), QPoint(100, 10), true, QPoint(0, 11)},                  // at the cursor
+        // Without either, the corner on the panel's side.
+        {QRect(), std::nullopt, false, QPoint(960, 1)},
+        {QRect(), std::nullopt, true, QPoint(960, 400)},
     };
-    for (const auto& [item, cursor, expected] : cases)
-        EXPECT_EQ(popoverPosition(item, cursor, QRect(0, 0, 1280, 800), QSize(320, 400)), expected)
+    for (const auto& [item, cursor, bottom, expected] : cases)
+        EXPECT_EQ(popoverPosition(item, cursor, QRect(0, 0, 1280, 800), QSize(320, 400), bottom),
+                  expected)
             << expected.x() << "," << expected.y();
 }
 
