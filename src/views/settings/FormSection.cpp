@@ -7,7 +7,7 @@
 
 namespace {
 constexpr qreal cardRadius = 8;
-constexpr int rowMinimumHeight = 34;
+constexpr int rowMinimumHeight = 30;
 
 QColor faded(QColor colour, float alpha) {
     colour.setAlphaF(alpha);

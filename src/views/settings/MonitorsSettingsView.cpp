@@ -32,6 +32,22 @@ constexpr std::array<PopoverToggle, 6> popoverToggles{{
     {"Fan Speed", "showFan", &AppSettings::showFan, &AppSettings::setShowFan},
 }};
 
+// Labels take this much room at least, so the switches beside them stand in one column.
+constexpr int labelColumnWidth = 132;
+
+// A row's controls set beside its label: the switch first, anything else at the far end.
+QWidget* besideLabel(ToggleSwitch* toggle, QWidget* trailing = nullptr) {
+    auto* controls = new QWidget;
+    controls->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    auto* line = new QHBoxLayout(controls);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->addWidget(toggle);
+    line->addStretch(1);
+    if (trailing)
+        line->addWidget(trailing);
+    return controls;
+}
+
 } // namespace
 
 MonitorsSettingsView::MonitorsSettingsView(AppSettings& settings,
@@ -48,7 +64,7 @@ void MonitorsSettingsView::addPopoverSections() {
         toggle->setObjectName(QString::fromLatin1(item.key));
         toggle->setAccessibleName(QString::fromUtf8(item.label));
         SettingsBinding::bindToggle(toggle, settings, item.get, item.set);
-        section->addRow(QString::fromUtf8(item.label), toggle);
+        section->addRow(QString::fromUtf8(item.label), besideLabel(toggle), labelColumnWidth);
     }
 }
 
@@ -67,7 +83,7 @@ void MonitorsSettingsView::addPersistentItems() {
     showIcons->setAccessibleName(QStringLiteral("Show Icons"));
     SettingsBinding::bindToggle(showIcons, settings, &AppSettings::persistShowIcons,
                                 &AppSettings::setPersistShowIcons);
-    section->addRow(QStringLiteral("Show Icons"), showIcons);
+    section->addRow(QStringLiteral("Show Icons"), besideLabel(showIcons), labelColumnWidth);
 
     using S = AppSettings;
     addItemRow(section, {"CPU %", "persistCPU", &S::persistCPU, &S::setPersistCPU, "styleCPU",
@@ -82,7 +98,8 @@ void MonitorsSettingsView::addPersistentItems() {
     combined->setAccessibleName(QStringLiteral("Combine Network Upload/Download"));
     SettingsBinding::bindToggle(combined, settings, &S::networkCombined, &S::setNetworkCombined,
                                 syncStatusItems);
-    section->addRow(QStringLiteral("Combine Network Upload/Download"), combined);
+    section->addRow(QStringLiteral("Combine Network Upload/Download"), besideLabel(combined),
+                    labelColumnWidth);
 
     QWidget* network =
         addItemRow(section, {"Network", "persistNetwork", &S::persistNetwork, &S::setPersistNetwork,
@@ -116,18 +133,12 @@ void MonitorsSettingsView::addPersistentItems() {
 
 QWidget* MonitorsSettingsView::addItemRow(FormSection* section, const ItemRow& item) {
     const QString label = QString::fromUtf8(item.label);
-    auto* controls = new QWidget;
-    auto* line = new QHBoxLayout(controls);
-    line->setContentsMargins(0, 0, 0, 0);
-    line->setSpacing(12);
-
-    auto* toggle = new ToggleSwitch(controls);
+    auto* toggle = new ToggleSwitch;
     toggle->setObjectName(QString::fromLatin1(item.persistKey));
     toggle->setAccessibleName(label);
     SettingsBinding::bindToggle(toggle, settings, item.isOn, item.setOn, syncStatusItems);
-    line->addWidget(toggle);
 
-    auto* picker = new QComboBox(controls);
+    auto* picker = new QComboBox;
     picker->setObjectName(QString::fromLatin1(item.styleKey));
     picker->setAccessibleName(label + QStringLiteral(" style"));
     picker->setFixedWidth(stylePickerWidth);
@@ -137,7 +148,5 @@ QWidget* MonitorsSettingsView::addItemRow(FormSection* section, const ItemRow& i
     SettingsBinding::follow(fade, settings, [this, fade, isOn = item.isOn] {
         fade->setOpacity((settings.*isOn)() ? 1.0 : offItemOpacity);
     });
-    line->addWidget(picker);
-
-    return section->addRow(label, controls);
+    return section->addRow(label, besideLabel(toggle, picker), labelColumnWidth);
 }

@@ -7,7 +7,10 @@
 #include "tray/Symbols.h"
 
 #include <QEvent>
+#include <QScrollArea>
+#include <QTabBar>
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -31,7 +34,14 @@ SettingsView::SettingsView(AppSettings& settings, std::function<void()> syncStat
 }
 
 QSize SettingsView::sizeHint() const {
-    return {450, 500};
+    // Tall enough for the tallest tab without scrolling; the window caps it at the screen.
+    int tallest = 500;
+    for (int i = 0; i < count(); ++i) {
+        if (const auto* page = qobject_cast<const QScrollArea*>(widget(i)); page && page->widget())
+            tallest = std::max(tallest, page->widget()->sizeHint().height() +
+                                            tabBar()->sizeHint().height() + 4);
+    }
+    return {450, tallest};
 }
 
 void SettingsView::changeEvent(QEvent* event) {

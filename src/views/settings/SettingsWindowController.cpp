@@ -9,6 +9,8 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
+#include <algorithm>
+
 SettingsWindowController::SettingsWindowController(AppSettings& settings,
                                                    std::function<void()> syncStatusItems,
                                                    LaunchAtLogin launchAtLogin, QObject* parent)
@@ -45,12 +47,16 @@ QWidget* SettingsWindowController::buildWindow() {
                                             Qt::WindowCloseButtonHint);
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowTitle(QStringLiteral("Vorlune Settings"));
-    window->setFixedSize(windowWidth, windowHeight);
-
     auto* layout = new QVBoxLayout(window);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(
-        new SettingsView(settings, syncStatusItems, launchAtLogin, helperActions, window));
+    auto* view = new SettingsView(settings, syncStatusItems, launchAtLogin, helperActions, window);
+    layout->addWidget(view);
+    // Every control of the tallest tab in view, on a screen that has the room (a
+    // 768-pixel one does); a smaller screen scrolls the tab.
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const int room = screen ? screen->availableGeometry().height() - 40 : windowHeight;
+    window->setFixedSize(windowWidth, std::clamp(view->sizeHint().height(), windowHeight,
+                                                 std::max(room, windowHeight)));
 
     // The appearance picker lives in this window, so a new mode shows here at once.
     connect(&settings, &AppSettings::objectWillChange, window, [this, window] {
