@@ -58,7 +58,9 @@ FanDetailContent::FanDetailContent(SystemMonitor& monitor, AppSettings& settings
 QWidget* FanDetailContent::makeSetupCard() {
     auto* card = new QFrame(this);
     card->setObjectName(QStringLiteral("setupCard"));
-    card->setFrameShape(QFrame::StyledPanel);
+    // Rounded like every other card, in the palette's own colours.
+    card->setStyleSheet(QStringLiteral("QFrame#setupCard { border: 1px solid palette(mid); "
+                                       "border-radius: 8px; }"));
     auto* column = new QVBoxLayout(card);
     column->setContentsMargins(10, 10, 10, 10);
     column->setSpacing(6);
