@@ -15,7 +15,8 @@ QPalette lightPalette() {
     palette.setColor(QPalette::AlternateBase, QColor(247, 247, 247));
     palette.setColor(QPalette::ToolTipBase, QColor(255, 255, 220));
     palette.setColor(QPalette::ToolTipText, text);
-    palette.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+    // Secondary text at the least contrast WCAG AA allows for body text, 4.5 : 1.
+    palette.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 156));
     palette.setColor(QPalette::Link, QColor(0, 0, 255));
     palette.setColor(QPalette::LinkVisited, QColor(255, 0, 255));
     palette.setColor(QPalette::Disabled, QPalette::Text, disabledText);
@@ -37,7 +38,7 @@ QPalette darkPalette() {
     palette.setColor(QPalette::AlternateBase, QColor(66, 66, 66));
     palette.setColor(QPalette::ToolTipBase, base);
     palette.setColor(QPalette::ToolTipText, text);
-    palette.setColor(QPalette::PlaceholderText, QColor(255, 255, 255, 128));
+    palette.setColor(QPalette::PlaceholderText, QColor(255, 255, 255, 142));
     palette.setColor(QPalette::Highlight, highlight);
     palette.setColor(QPalette::HighlightedText, text);
     palette.setColor(QPalette::Link, highlight);

@@ -5,6 +5,8 @@
 #include "monitors/SamplingMonitors.h"
 #include "monitors/SystemMonitor.h"
 #include "monitors/linux/HelperLocation.h"
+#include "settings/AppearancePalette.h"
+#include "settings/Contrast.h"
 #include "support/FakeSysfs.h"
 #include "support/SettingsHome.h"
 #include "support/TempDir.h"
@@ -260,8 +262,10 @@ TEST_F(Section, EachStateIsLaidOutWithoutClippingInTheThemeColours) {
         const QImage image =
             checkScreenshot(view, QStringLiteral("fancontrol/") + state.name, false);
         EXPECT_EQ(image.width(), SensorDetailPopoverView::popoverWidth * image.devicePixelRatio());
-        EXPECT_EQ(shows(image, MenuBarColors::hot), state.red);
-        EXPECT_EQ(shows(image, MenuBarColors::warm), state.orange);
+        // Text colours as made readable on the light background.
+        const QColor background = appearancePalette(false).color(QPalette::Window);
+        EXPECT_EQ(shows(image, readableOn(MenuBarColors::hot, background)), state.red);
+        EXPECT_EQ(shows(image, readableOn(MenuBarColors::warm, background)), state.orange);
     }
 }
 

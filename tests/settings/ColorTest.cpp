@@ -1,6 +1,10 @@
+#include "settings/AppearancePalette.h"
+#include "settings/Contrast.h"
 #include "settings/HexColor.h"
+#include "settings/ThemeColors.h"
 
 #include <QColor>
+#include <QPalette>
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -59,6 +63,29 @@ TEST(ColorRoundTrip, EveryByteValueSurvivesHexAndPicker) {
         EXPECT_EQ(hexFromColor(colorFromQColor(picked)), hex);
         EXPECT_EQ(toQColor(colorFromHex(hex)), picked);
     }
+}
+
+// Every theme's colours, and the status colours, as text on the popover's background in
+// light and dark: WCAG AA (4.5 : 1) or better, in the colour's own hue.
+TEST(Contrast, EveryThemeAndStatusColourReadsAsTextInLightAndDark) {
+    for (const bool dark : {false, true}) {
+        const QPalette palette = appearancePalette(dark);
+        const QColor background = palette.color(QPalette::Window);
+        std::vector<QColor> colours = {palette.color(QPalette::WindowText),
+                                       palette.color(QPalette::PlaceholderText), QColor(0xFF0000),
+                                       QColor(0xFFA500), QColor(0x34C759)};
+        for (const ThemePreset preset : allCases<ThemePreset>())
+            for (const std::string_view hex : themeColorHexes(preset, dark))
+                colours.push_back(toQColor(colorFromHex(QString::fromLatin1(hex))));
+        for (const QColor& colour : colours) {
+            SCOPED_TRACE(colour.name(QColor::HexArgb).toStdString() + (dark ? " dark" : " light"));
+            const QColor shown = readableOn(colour, background);
+            EXPECT_GE(contrastRatio(shown, background), 4.5);
+            if (colour.hslSaturation() > 20)
+                EXPECT_LE(std::abs(shown.hslHue() - colour.hslHue()), 2);
+        }
+    }
+    EXPECT_DOUBLE_EQ(contrastRatio(Qt::black, Qt::white), 21.0);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "PopoverStyle.h"
 
 #include "PopoverText.h"
+#include "settings/Contrast.h"
 #include "views/menubar/MenuBarColor.h"
 
 #include <QFrame>
@@ -35,7 +36,10 @@ QLabel* caption(const QString& text, QWidget* parent) {
 
 void setTextColor(QLabel* label, const QColor& colour) {
     QPalette palette = label->palette();
-    palette.setColor(label->foregroundRole(), colour);
+    // Accent colours are chosen for graphs; as text they are made readable (WCAG AA) on
+    // the popover's background, light or dark.
+    palette.setColor(label->foregroundRole(),
+                     readableOn(colour, label->window()->palette().color(QPalette::Window)));
     label->setPalette(palette);
 }
 

@@ -24,7 +24,8 @@ QLabel* secondaryLabel(const QString& text, QWidget* parent);
 /// A small heading above a graph or list ("History", "Storage Map").
 QLabel* caption(const QString& text, QWidget* parent);
 
-/// Draws `label`'s text in `colour` instead of the palette's text colour.
+/// Draws `label`'s text in `colour` instead of the palette's text colour, darkened or
+/// lightened as far as it takes to be readable on the window's background.
 void setTextColor(QLabel* label, const QColor& colour);
 /// The colour `label` currently draws its text in.
 QColor textColor(const QLabel* label);
