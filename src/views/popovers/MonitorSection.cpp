@@ -51,9 +51,11 @@ void MonitorSection::keyPressEvent(QKeyEvent* event) {
     QWidget::keyPressEvent(event);
 }
 
-// The focused section is drawn as a hovered one, so the keyboard's place is visible.
+// A section Tab brought the focus to is drawn as a hovered one, so the keyboard's place is
+// visible; the focus a popover opens with is not marked.
 void MonitorSection::focusInEvent(QFocusEvent* event) {
     QWidget::focusInEvent(event);
+    focusShown = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
     update();
 }
 
@@ -91,7 +93,7 @@ void MonitorSection::leaveEvent(QEvent*) {
 }
 
 void MonitorSection::paintEvent(QPaintEvent*) {
-    if (!hovered && !hasFocus())
+    if (!hovered && !(focusShown && hasFocus()))
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -46,4 +46,5 @@ private:
     QVBoxLayout* content;
     bool hovered = false;
     bool pressed = false;
+    bool focusShown = false;
 };
