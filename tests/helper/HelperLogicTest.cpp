@@ -34,8 +34,7 @@ TEST(CommandParser, AcceptsExactlyTheFiveFormsAndRefusesTheRest) {
         {"fan-auto " + key, Command{K::fanAuto, {{key, 0}}}, ""},
         {longest, Command{K::setAll, longestFans}, ""},
         {longest + "0", {}, "line longer than 8192 bytes"},
-        // A position is no longer a fan's name, and a key holds no path tricks or blanks.
-        {"set-fan 0 3000", Command{K::setFan, {{"0", 3000}}}, ""},
+        // A key holds no path tricks or blanks.
         {"set-fan " + longKey + "k 1", {}, "not a fan key"},
         {"fan-auto a;b", {}, "not a fan key"},
         {"set-all " + key + " 1", {}, "set-all takes <key>=<rpm> pairs"},
