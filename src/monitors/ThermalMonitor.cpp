@@ -122,8 +122,7 @@ bool ThermalMonitor::startDaemon() {
         ChildProcess::start(installedHelperPath_, {"--daemon"},
                             {ChildStream::pipe, ChildStream::pipe, ChildStream::nullDevice});
     if (!process) {
-        daemonProblem_ = "the sensor helper could not be started";
-        qWarning("Fan control daemon: %s", daemonProblem_.c_str());
+        recordProblem("the sensor helper could not be started");
         return false;
     }
 
@@ -135,13 +134,11 @@ bool ThermalMonitor::startDaemon() {
     const std::string firstLine = awaitReadyLine(output.get());
     daemonRefusal_ = firstLine.starts_with(refusalPrefix) ? firstLine.substr(refusalPrefix.size())
                                                           : std::string();
-    daemonProblem_.clear();
-    if (!daemonRefusal_.empty())
-        daemonProblem_ = "refused: " + daemonRefusal_;
-    else if (firstLine != "ready")
-        daemonProblem_ = "the fan daemon did not start";
-    if (!daemonProblem_.empty()) {
-        qWarning("Fan control daemon: %s", daemonProblem_.c_str());
+    const std::string problem = !daemonRefusal_.empty() ? "refused: " + daemonRefusal_
+                                : firstLine != "ready"  ? "the fan daemon did not start"
+                                                        : std::string();
+    recordProblem(problem);
+    if (!problem.empty()) {
         daemon_->input.reset(); // a refused daemon ends when its input closes
         if (!daemon_->process->waitForExit(quitLimit))
             ::kill(daemon_->process->pid(), SIGTERM);
@@ -153,8 +150,17 @@ bool ThermalMonitor::startDaemon() {
 }
 
 std::string ThermalMonitor::daemonProblem() {
-    std::lock_guard lock(daemonLock);
+    std::lock_guard lock(problemLock);
     return daemonProblem_;
+}
+
+// Under a lock of its own: the main thread reads it while a start or a restore holds
+// the daemon's lock for as long as a handshake takes.
+void ThermalMonitor::recordProblem(const std::string& problem) {
+    if (!problem.empty())
+        qWarning("Fan control daemon: %s", problem.c_str());
+    std::lock_guard lock(problemLock);
+    daemonProblem_ = problem;
 }
 
 bool ThermalMonitor::checkDaemon() {
@@ -164,12 +170,12 @@ bool ThermalMonitor::checkDaemon() {
     const std::optional<int> status = daemon_->process->waitStatus();
     daemon_.reset();
     daemonUp_ = false;
-    daemonProblem_ = "the fan daemon stopped unexpectedly";
+    std::string problem = "the fan daemon stopped unexpectedly";
     if (status && WIFSIGNALED(*status))
-        daemonProblem_ += " (signal " + std::to_string(WTERMSIG(*status)) + ")";
+        problem += " (signal " + std::to_string(WTERMSIG(*status)) + ")";
     else if (status && WIFEXITED(*status))
-        daemonProblem_ += " (exit status " + std::to_string(WEXITSTATUS(*status)) + ")";
-    qWarning("Fan control daemon: %s", daemonProblem_.c_str());
+        problem += " (exit status " + std::to_string(WEXITSTATUS(*status)) + ")";
+    recordProblem(problem);
     // A daemon that was killed could not hand its fans back; a new one restores them
     // from the state file the dead one left, and ends at once.
     std::unique_ptr<ChildProcess> restorer =
@@ -184,7 +190,7 @@ bool ThermalMonitor::checkDaemon() {
         if (!restorer->waitForExit(quitLimit))
             ::kill(restorer->pid(), SIGTERM);
         if (restored)
-            daemonProblem_ += "; the fans were handed back to automatic control";
+            recordProblem(problem + "; the fans were handed back to automatic control");
     }
     return true;
 }

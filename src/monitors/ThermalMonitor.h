@@ -93,6 +93,8 @@ public:
     const std::string& elevationProgram() const { return elevationProgram_; }
 
 private:
+    void recordProblem(const std::string& problem);
+
     std::string installedHelperPath_;
     std::string elevationProgram_;
     std::optional<std::string> helperPath_;
@@ -101,9 +103,10 @@ private:
     struct Daemon;
     std::unique_ptr<Daemon> daemon_; // guarded by daemonLock
     std::string daemonRefusal_;      // guarded by daemonLock
-    std::string daemonProblem_;      // guarded by daemonLock
+    std::string daemonProblem_;      // guarded by problemLock
     std::atomic<bool> daemonUp_ = false;
     std::mutex daemonLock;
+    std::mutex problemLock;
     mutable std::mutex comparedLock;
     mutable std::string comparedStamp; // the files' identities when last compared
     mutable bool comparedOutdated = false;
