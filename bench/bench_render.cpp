@@ -47,11 +47,7 @@ void renderItem(benchmark::State& state) {
         benchmark::DoNotOptimize(icon.constBits());
     };
     render();
-    const std::uint64_t allocatedBefore = allocationsOnThisThread();
-    for (auto _ : state)
-        render();
-    state.counters["allocs"] =
-        double(allocationsOnThisThread() - allocatedBefore) / double(state.iterations());
+    measureAllocations(state, "allocs", render);
     state.SetLabel(std::string(rawValue(style)) + " " + std::string(rawValue(type)));
 }
 

@@ -47,11 +47,7 @@ void BM_SamplingJobWithoutThermal(benchmark::State& state) {
     };
     for (int warm = 0; warm < 3; ++warm)
         tick();
-    const std::uint64_t allocatedBefore = allocationsOnThisThread();
-    for (auto _ : state)
-        tick();
-    state.counters["allocs_per_tick"] =
-        double(allocationsOnThisThread() - allocatedBefore) / double(state.iterations());
+    measureAllocations(state, "allocs_per_tick", tick);
 }
 
 } // namespace

@@ -7,20 +7,9 @@
 
 #include <filesystem>
 #include <optional>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
-
-// Device, inode, size and change time: what changes when a file is replaced or written.
-std::optional<std::string> fileStamp(const std::string& path) {
-    struct stat info {};
-    if (::stat(path.c_str(), &info) != 0)
-        return std::nullopt;
-    return std::to_string(info.st_dev) + ":" + std::to_string(info.st_ino) + ":" +
-           std::to_string(info.st_size) + ":" + std::to_string(info.st_ctim.tv_sec) + "." +
-           std::to_string(info.st_ctim.tv_nsec);
-}
 
 const std::string helperVersionLine = "smc_helper " VORLUNE_HELPER_VERSION "\n";
 
@@ -47,18 +36,18 @@ bool ThermalMonitor::uninstallHelper() {
 }
 
 bool ThermalMonitor::isHelperOutdated() const {
-    const std::optional<std::string> stamp = fileStamp(installedHelperPath_);
-    if (!stamp)
+    const std::string stamp = fileIdentity(installedHelperPath_);
+    if (stamp.empty())
         return false;
     // Asked once per installed file, not on every refresh.
     std::lock_guard lock(comparedLock);
-    if (*stamp != comparedStamp) {
+    if (stamp != comparedStamp) {
         const std::optional<std::string> answer = ChildProcess::runForOutput(
             installedHelperPath_, {"--version"}, std::chrono::milliseconds(1500));
         // A copy that names another version is outdated; one that names none is from
         // before versions were named. Only a copy that cannot run at all is not judged.
         comparedOutdated = answer.has_value() && *answer != helperVersionLine;
-        comparedStamp = *stamp;
+        comparedStamp = stamp;
     }
     return comparedOutdated;
 }

@@ -7,6 +7,24 @@
 
 #include <string>
 
+namespace {
+
+// Runs `publish` with what the sampling queue read, queued onto the monitor's thread;
+// dropped by Qt if the monitor is gone.
+template <typename Readings>
+void handBack(const QPointer<SystemMonitor>& self, void (SystemMonitor::*publish)(const Readings&),
+              Readings readings) {
+    QMetaObject::invokeMethod(
+        self.data(),
+        [self, publish, readings = std::move(readings)] {
+            if (self)
+                (self.data()->*publish)(readings);
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace
+
 SystemMonitor::SystemMonitor(QObject* parent)
     : SystemMonitor(SamplingMonitors::forThisMachine(), true, parent) {}
 
@@ -47,14 +65,7 @@ void SystemMonitor::updateStats() {
     samplingQueue.start([self, sources, inFlight, wanted] {
         SystemSample sample = collectSample(*sources, wanted);
         inFlight->store(false);
-        // Queued onto the monitor's thread; dropped by Qt if the monitor is gone.
-        QMetaObject::invokeMethod(
-            self.data(),
-            [self, sample = std::move(sample)] {
-                if (self)
-                    self->publish(sample);
-            },
-            Qt::QueuedConnection);
+        handBack(self, &SystemMonitor::publish, std::move(sample));
     });
 }
 
@@ -67,14 +78,7 @@ DetailWatch SystemMonitor::watchDetails(DetailFigures figures) {
     QPointer<SystemMonitor> self(this);
     auto sources = monitors;
     samplingQueue.start([self, sources, fresh] {
-        DetailSample details = sources->detailSampler->sample(fresh);
-        QMetaObject::invokeMethod(
-            self.data(),
-            [self, details = std::move(details)] {
-                if (self)
-                    self->publishDetails(details);
-            },
-            Qt::QueuedConnection);
+        handBack(self, &SystemMonitor::publishDetails, sources->detailSampler->sample(fresh));
     });
     return watch;
 }

@@ -132,11 +132,10 @@ bool ThermalMonitor::startDaemon() {
     daemon_->input = std::move(process->inputWriter());
     daemon_->process = std::move(process);
     const std::string firstLine = awaitReadyLine(output.get());
-    daemonRefusal_ = firstLine.starts_with(refusalPrefix) ? firstLine.substr(refusalPrefix.size())
-                                                          : std::string();
-    const std::string problem = !daemonRefusal_.empty() ? "refused: " + daemonRefusal_
-                                : firstLine != "ready"  ? "the fan daemon did not start"
-                                                        : std::string();
+    // "refused: <reason>" is kept as the daemon said it.
+    const std::string problem = firstLine.starts_with(refusalPrefix) ? firstLine
+                                : firstLine != "ready" ? "the fan daemon did not start"
+                                                       : std::string();
     recordProblem(problem);
     if (!problem.empty()) {
         daemon_->input.reset(); // a refused daemon ends when its input closes
@@ -193,11 +192,6 @@ bool ThermalMonitor::checkDaemon() {
             recordProblem(problem + "; the fans were handed back to automatic control");
     }
     return true;
-}
-
-std::string ThermalMonitor::daemonRefusal() {
-    std::lock_guard lock(daemonLock);
-    return daemonRefusal_;
 }
 
 bool ThermalMonitor::sendCommand(std::string_view command) {

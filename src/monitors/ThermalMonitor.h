@@ -49,11 +49,8 @@ public:
 
     /// Starts the installed helper with "--daemon" unless it runs already, and waits
     /// up to 15 s for its first line. Blocks: never call it on the main thread. False
-    /// when the daemon could not start or refused; daemonRefusal() then says why.
+    /// when the daemon could not start or refused; daemonProblem() then says why.
     bool startDaemon();
-    /// The reason the last daemon gave for refusing to run ("another fan daemon is
-    /// running", ...); empty when it did not refuse.
-    std::string daemonRefusal();
     /// Writes `command` and a line feed to the daemon; false when none runs or the
     /// write fails. Lines from several threads arrive whole and in call order.
     bool sendCommand(std::string_view command);
@@ -102,7 +99,6 @@ private:
     std::unique_ptr<class ResidentHelper> resident_; // the sampling thread's alone
     struct Daemon;
     std::unique_ptr<Daemon> daemon_; // guarded by daemonLock
-    std::string daemonRefusal_;      // guarded by daemonLock
     std::string daemonProblem_;      // guarded by problemLock
     std::atomic<bool> daemonUp_ = false;
     std::mutex daemonLock;

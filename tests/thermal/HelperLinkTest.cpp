@@ -196,7 +196,7 @@ TEST_F(Daemon, ADaemonThatIgnoresQuitIsAskedToTerminateAndNotWaitedOnForever) {
 TEST_F(Daemon, ARefusingDaemonIsNotUsedAndItsReasonIsKept) {
     install("echo 'refused: another fan daemon is running'\nexec cat >/dev/null\n");
     EXPECT_FALSE(monitor.startDaemon());
-    EXPECT_EQ(monitor.daemonRefusal(), "another fan daemon is running");
+    EXPECT_EQ(monitor.daemonProblem(), "refused: another fan daemon is running");
     EXPECT_FALSE(monitor.sendCommand("fan-auto 0"));
 }
 

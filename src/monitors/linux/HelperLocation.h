@@ -14,6 +14,10 @@ bool isRootOwnedSetuid(const std::string& path);
 /// else can write: the only kind of helper that may be copied set-user-ID root.
 bool isTrustedHelperSource(const std::string& path);
 
+/// What changes when the file at `path` is replaced or written: its device, inode, size
+/// and change time. Empty when it cannot be looked at.
+std::string fileIdentity(const std::string& path);
+
 /// The directory that holds the running executable, from /proc/self/exe.
 std::optional<std::string> executableDirectory();
 

@@ -1,18 +1,10 @@
 #include "ResidentHelper.h"
 
-#include <sys/stat.h>
+#include "HelperLocation.h"
 
 namespace {
 
 constexpr std::chrono::milliseconds lingerLimit{200};
-
-std::string fileStamp(const std::string& path) {
-    struct stat info {};
-    if (::stat(path.c_str(), &info) != 0)
-        return {};
-    return std::to_string(info.st_ino) + ":" + std::to_string(info.st_ctim.tv_sec) + "." +
-           std::to_string(info.st_ctim.tv_nsec);
-}
 
 } // namespace
 
@@ -28,7 +20,7 @@ ResidentHelper::~ResidentHelper() {
 
 ResidentHelper::Reply ResidentHelper::request(std::chrono::milliseconds limit) {
     bool startedNow = false;
-    const std::string stamp = fileStamp(program_);
+    const std::string stamp = fileIdentity(program_);
     if (child_ && stamp != startedStamp_)
         drop();
     for (;;) {

@@ -30,7 +30,6 @@ public:
 
     bool isManualMode() const { return isManualMode_; }
     bool isInstalling() const { return isInstalling_; }
-    bool installFailed() const { return installFailed_; }
     bool isSyncing() const { return isSyncing_; }
     const std::map<long long, double>& fanPercentages() const { return fanPercentages_; }
 
