@@ -1,5 +1,6 @@
 #include "Contrast.h"
 
+#include <array>
 #include <cmath>
 
 namespace {
@@ -18,6 +19,19 @@ QColor blended(const QColor& top, const QColor& under) {
     return QColor::fromRgbF(static_cast<float>(top.redF() * a + under.redF() * (1 - a)),
                             static_cast<float>(top.greenF() * a + under.greenF() * (1 - a)),
                             static_cast<float>(top.blueF() * a + under.blueF() * (1 - a)));
+}
+
+// Lab's lightness-like axis of one CIE XYZ component, relative to the D65 white.
+double labAxis(double t) {
+    return t > 0.008856 ? std::cbrt(t) : 7.787 * t + 16.0 / 116.0;
+}
+
+std::array<double, 3> lab(const QColor& colour) {
+    const double r = linear(colour.redF()), g = linear(colour.greenF()), b = linear(colour.blueF());
+    const double x = labAxis((0.4124 * r + 0.3576 * g + 0.1805 * b) / 0.95047);
+    const double y = labAxis(0.2126 * r + 0.7152 * g + 0.0722 * b);
+    const double z = labAxis((0.0193 * r + 0.1192 * g + 0.9505 * b) / 1.08883);
+    return {116.0 * y - 16.0, 500.0 * (x - y), 200.0 * (y - z)};
 }
 
 } // namespace
@@ -41,4 +55,9 @@ QColor readableOn(const QColor& text, const QColor& background, double ratio) {
         shown = QColor::fromHslF(hue, saturation, lightness);
     }
     return shown;
+}
+
+double colourDifference(const QColor& a, const QColor& b) {
+    const auto la = lab(a), lb = lab(b);
+    return std::hypot(la[0] - lb[0], la[1] - lb[1], la[2] - lb[2]);
 }

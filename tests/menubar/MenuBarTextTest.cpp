@@ -1,3 +1,7 @@
+#include "settings/Color.h"
+#include "settings/Contrast.h"
+#include "settings/HexColor.h"
+#include "settings/ThemeColors.h"
 #include "views/menubar/MenuBarColor.h"
 #include "views/menubar/MenuBarValueText.h"
 
@@ -49,7 +53,8 @@ TEST(MenuBarValueText, EachTypeShowsItsReadingAndADashWhenThereIsNone) {
 }
 
 TEST(MenuBarColor, TemperaturesTurnWarmAt75AndHotAt90AndOthersKeepTheirColour) {
-    const MenuBarAppearance look;
+    MenuBarAppearance look;
+    look.temperatureColor = QColor(0x023E8A); // Ocean's, nothing like a warning
     const QColor usual = look.temperatureColor, warm = MenuBarColors::warm;
     const std::tuple<SensorType, MenuBarReadings, QColor> cases[] = {
         {S::cpuTemp, {.temperature = 74.99}, usual},
@@ -63,6 +68,18 @@ TEST(MenuBarColor, TemperaturesTurnWarmAt75AndHotAt90AndOthersKeepTheirColour) {
     for (const auto& [type, readings, expected] : cases)
         EXPECT_EQ(menuBarColor(type, readings, look), expected)
             << rawValue(type) << " " << readings.temperature << " " << readings.gpuTemperature;
+}
+
+TEST(MenuBarColor, NormalTemperaturesNeverLookLikeAWarningInAnyTheme) {
+    for (const ThemePreset preset : allCases<ThemePreset>())
+        for (const bool dark : {false, true}) {
+            const std::string_view hex = themeColorHexes(preset, dark)[4];
+            const QColor normal =
+                temperatureColor(50, toQColor(colorFromHex(QString::fromLatin1(hex))));
+            EXPECT_GE(colourDifference(normal, MenuBarColors::hot), 30) << hex;
+            EXPECT_GE(colourDifference(normal, MenuBarColors::warm), 30) << hex;
+        }
+    EXPECT_NEAR(colourDifference(Qt::black, Qt::white), 100.0, 0.5);
 }
 
 } // namespace

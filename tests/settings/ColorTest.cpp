@@ -81,8 +81,9 @@ TEST(Contrast, EveryThemeAndStatusColourReadsAsTextInLightAndDark) {
             SCOPED_TRACE(colour.name(QColor::HexArgb).toStdString() + (dark ? " dark" : " light"));
             const QColor shown = readableOn(colour, background);
             EXPECT_GE(contrastRatio(shown, background), 4.5);
-            if (colour.hslSaturation() > 20)
+            if (colour.hslSaturation() > 20) {
                 EXPECT_LE(std::abs(shown.hslHue() - colour.hslHue()), 2);
+            }
         }
     }
     EXPECT_DOUBLE_EQ(contrastRatio(Qt::black, Qt::white), 21.0);

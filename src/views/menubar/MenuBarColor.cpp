@@ -1,10 +1,20 @@
 #include "MenuBarColor.h"
 
+#include "settings/Contrast.h"
+
+namespace {
+// Below this ΔE a glance at the panel cannot tell 40 °C from 95 °C.
+constexpr double warningLookalike = 30.0;
+} // namespace
+
 QColor temperatureColor(double celsius, const QColor& normal) {
     if (celsius >= 90.0)
         return MenuBarColors::hot;
     if (celsius >= 75.0)
         return MenuBarColors::warm;
+    if (colourDifference(normal, MenuBarColors::hot) < warningLookalike ||
+        colourDifference(normal, MenuBarColors::warm) < warningLookalike)
+        return MenuBarColors::calm;
     return normal;
 }
 
