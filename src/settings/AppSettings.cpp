@@ -200,15 +200,24 @@ std::optional<QPalette> AppSettings::appearancePalette() const {
     case AppearanceMode::system:
         break;
     }
-    if (const auto dark = systemScheme_->prefersDark())
-        return ::appearancePalette(*dark);
-    return std::nullopt;
+    // A desktop theme (KDE's, qt6ct's) already styles the app; the portal's preference
+    // only replaces a palette that disagrees with it, such as Qt's plain light default.
+    const auto dark = systemScheme_->prefersDark();
+    if (!dark || *dark == platformPaletteDark_.value_or(applicationPaletteLooksDark()))
+        return std::nullopt;
+    return ::appearancePalette(*dark);
 }
 
 void AppSettings::applyAppearance(QGuiApplication&) {
+    if (!applicationAppearanceManaged_)
+        platformPaletteDark_ = applicationPaletteLooksDark();
     applicationAppearanceManaged_ = true;
-    // An empty palette hands the application back to the platform's own.
-    QGuiApplication::setPalette(appearancePalette().value_or(QPalette()));
+    // An empty palette hands the application back to the platform's own; a palette
+    // that never was ours is left alone.
+    const auto palette = appearancePalette();
+    if (palette || ownPaletteSet_)
+        QGuiApplication::setPalette(palette.value_or(QPalette()));
+    ownPaletteSet_ = palette.has_value();
 }
 
 void AppSettings::onSystemSchemeChanged() {

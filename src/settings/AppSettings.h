@@ -194,8 +194,9 @@ public:
     /// "Mono" takes white or black from isDarkAppearance() once, before writing.
     void applyTheme(ThemePreset preset);
 
-    /// The palette for the current appearanceMode: the Fusion light or dark palette,
-    /// or nullopt for System without a desktop answer (the platform's own palette).
+    /// The palette for the current appearanceMode: the Fusion light or dark palette, or
+    /// nullopt (the platform's own palette and style) for System when the desktop has no
+    /// preference or its palette already has the lightness it prefers.
     std::optional<QPalette> appearancePalette() const;
     /// Sets the application palette from appearanceMode. From then on a change of the
     /// desktop's preference re-applies it while appearanceMode is System.
@@ -253,4 +254,7 @@ private:
     SettingsFileWatcher* watcher_ = nullptr;
     SystemColorScheme* systemScheme_ = nullptr;
     bool applicationAppearanceManaged_ = false;
+    /// Whether the platform's own palette, as found before ours was ever set, is dark.
+    std::optional<bool> platformPaletteDark_;
+    bool ownPaletteSet_ = false;
 };

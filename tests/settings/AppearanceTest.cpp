@@ -175,6 +175,16 @@ TEST_F(Appearance, SystemFollowsTheDesktopPortalAndItsChanges) {
     EXPECT_EQ(windowColour(), darkWindow) << "an explicit mode ignores the desktop";
     settings->setAppearanceMode(AppearanceMode::system);
     EXPECT_FALSE(settings->isDarkAppearance());
+
+    // A desktop theme whose palette is already dark keeps its own colours.
+    settings.reset();
+    setWindowColour(QColor(20, 20, 40));
+    AppSettings themed(home.settingsFile(), std::make_unique<SystemColorScheme>(portal.busAddress));
+    QSignalSpy desktop(&themed, &AppSettings::objectWillChange);
+    portal.setScheme(1);
+    ASSERT_TRUE(desktop.wait(5000));
+    themed.applyAppearance(application);
+    EXPECT_EQ(windowColour(), QColor(20, 20, 40));
 }
 
 } // namespace
