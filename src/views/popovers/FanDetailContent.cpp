@@ -114,6 +114,7 @@ QWidget* FanDetailContent::makeControls() {
     switchLine->addStretch();
     manualSwitch = new ToggleSwitch(panel);
     manualSwitch->setObjectName(QStringLiteral("manualSwitch"));
+    manualSwitch->setAccessibleName(QStringLiteral("Manual Fan Override"));
     switchLine->addWidget(manualSwitch);
     connect(manualSwitch, &ToggleSwitch::toggled, this, &FanDetailContent::manualSwitchToggled);
 

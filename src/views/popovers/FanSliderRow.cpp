@@ -56,6 +56,7 @@ void FanSliderRow::setFan(const FanInfo& shown, double percent) {
         slider_->setValue(static_cast<int>(std::lround(percent_)));
     }
     name->setText(QStringLiteral("Fan ") + QString::number(fan.id + 1));
+    slider_->setAccessibleName(name->text() + QStringLiteral(" speed"));
     details->setFan(fan);
     showValue();
 }

@@ -45,6 +45,10 @@ QWidget* FormSection::addRow(const QString& label, QWidget* control, int labelWi
     line->setContentsMargins(12, 4, 12, 4);
     line->setSpacing(10);
     auto* text = new QLabel(label, row);
+    text->setBuddy(control);
+    // What a screen reader says for the control: its row's label, unless it has its own.
+    if (control->accessibleName().isEmpty())
+        control->setAccessibleName(label);
     if (labelWidth > 0)
         text->setMinimumWidth(labelWidth);
     line->addWidget(text);
