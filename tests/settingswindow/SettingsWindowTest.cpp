@@ -53,15 +53,6 @@ TEST_F(SettingsWindow, EveryTabInLightAndDark) {
             // Every control of the tab in view, none scrolled away.
             if (const auto* page = qobject_cast<QScrollArea*>(tabs->currentWidget()))
                 EXPECT_EQ(page->verticalScrollBar()->maximum(), 0);
-            // Each control the keyboard reaches has a name a screen reader can say.
-            for (QWidget* control : tabs->currentWidget()->findChildren<QWidget*>())
-                if ((control->focusPolicy() & Qt::TabFocus) && control->isVisible() &&
-                    !qobject_cast<QAbstractScrollArea*>(control))
-                    EXPECT_FALSE(control->accessibleName().isEmpty() &&
-                                 (!qobject_cast<QAbstractButton*>(control) ||
-                                  qobject_cast<QAbstractButton*>(control)->text().isEmpty()))
-                        << control->metaObject()->className() << " "
-                        << control->objectName().toStdString();
         }
     }
 }

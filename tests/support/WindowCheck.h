@@ -15,7 +15,7 @@
 
 /// Every shown label and button below `root` has room for its text and none draws it in
 /// the other appearance's colour; every shown widget lies inside its parent (scrolled
-/// pages excepted).
+/// pages excepted); every control the keyboard reaches has a name a screen reader says.
 inline void expectLaidOut(const QWidget& root, bool dark) {
     const QPalette other = appearancePalette(!dark);
     for (const QWidget* widget : root.findChildren<QWidget*>()) {
@@ -27,7 +27,12 @@ inline void expectLaidOut(const QWidget& root, bool dark) {
         EXPECT_TRUE(qobject_cast<const QAbstractScrollArea*>(parent->parentWidget()) ||
                     parent->rect().contains(widget->geometry()));
         const auto* label = qobject_cast<const QLabel*>(widget);
-        const bool hasText = label || qobject_cast<const QAbstractButton*>(widget);
+        const auto* button = qobject_cast<const QAbstractButton*>(widget);
+        const bool hasText = label || button;
+        EXPECT_TRUE(!(widget->focusPolicy() & Qt::TabFocus) ||
+                    !widget->accessibleName().isEmpty() || (button && !button->text().isEmpty()) ||
+                    qobject_cast<const QAbstractScrollArea*>(widget))
+            << "no accessible name";
         // Room left for the text: height for wrapped labels, width for the rest.
         const int room = label && label->wordWrap()
                              ? label->height() - label->heightForWidth(label->width())

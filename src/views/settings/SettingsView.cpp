@@ -24,6 +24,8 @@ SettingsView::SettingsView(AppSettings& settings, std::function<void()> syncStat
     : QTabWidget(parent) {
     setDocumentMode(true);
     setIconSize(QSize(16, 16));
+    setAccessibleName(QStringLiteral("Settings"));
+    tabBar()->setAccessibleName(QStringLiteral("Settings pages"));
     addTab(new GeneralSettingsView(settings, std::move(launchAtLogin), std::move(helperActions)),
            QStringLiteral("General"));
     addTab(new MonitorsSettingsView(settings, std::move(syncStatusItems)),
