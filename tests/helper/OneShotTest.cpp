@@ -14,57 +14,28 @@ namespace {
 TEST(HelperOneShot, AnswersEachMachineWithItsJson) {
     // Chips come in device-path order whatever their hwmon numbers, GPUs last. A zone
     // is listed in place of its hwmon mirror, or as "CPU Die" when no chip measures the CPU.
-    const struct {
-        std::string name;
-        void (*build)(const FakeSysfs&);
-        std::string expected;
-    } cases[] = {
-        {"intel desktop", buildIntelDesktop,
-         R"j({"temperatures":[)j"
-         R"j({"key":"hwmon/nvme/nvme0/temp1","label":"SSD Composite","value":38.85},)j"
-         R"j({"key":"hwmon/coretemp/coretemp.0/temp1","label":"CPU Die","value":52},)j"
-         R"j({"key":"hwmon/coretemp/coretemp.0/temp2","label":"CPU Core 0","value":50},)j"
-         R"j({"key":"hwmon/nct6798/nct6775.656/temp1","label":"nct6798 SYSTIN","value":34},)j"
-         R"j({"key":"hwmon/nct6798/nct6775.656/temp2","label":"Board sensor (cputin)","value":98},)j"
-         R"j({"key":"tz/acpitz/0","label":"acpitz","value":27.8}],)j"
-         R"j("fans":[{"id":0,"key":"hwmon/nct6798/nct6775.656/fan1","actual":812,"min":300},)j"
-         R"j({"id":1,"key":"hwmon/nct6798/nct6775.656/fan2","actual":1204},)j"
-         R"j({"id":2,"key":"hwmon/nct6798/nct6775.656/fan5","actual":0}]})j"},
-        {"amd desktop", buildAmdDesktop,
-         R"j({"temperatures":[)j"
-         R"j({"key":"hwmon/k10temp/0000:00:18.3/temp1","label":"CPU Die","value":61.5},)j"
-         R"j({"key":"hwmon/k10temp/0000:00:18.3/temp3","label":"CPU CCD 1","value":55.25},)j"
-         R"j({"key":"hwmon/nct6799/nct6775.2592/temp1","label":"nct6799 SYSTIN","value":31},)j"
-         R"j({"key":"hwmon/amdgpu/0000:0a:00.0/temp1","label":"GPU Edge","value":45},)j"
-         R"j({"key":"hwmon/amdgpu/0000:0a:00.0/temp2","label":"GPU Hotspot","value":52}],)j"
-         R"j("fans":[{"id":0,"key":"hwmon/nct6799/nct6775.2592/fan2","actual":950},)j"
-         R"j({"id":1,"key":"hwmon/amdgpu/0000:0a:00.0/fan1","actual":1500,"min":0,"max":3300,)j"
-         R"j("target":1500}]})j"},
-        {"macbook", buildMacBook,
-         R"j({"temperatures":[)j"
-         R"j({"key":"hwmon/applesmc/applesmc.768/temp1","label":"applesmc TB0T","value":30},)j"
-         R"j({"key":"hwmon/applesmc/applesmc.768/temp2","label":"CPU Die","value":55},)j"
-         R"j({"key":"hwmon/applesmc/applesmc.768/temp3","label":"CPU Proximity","value":45}],)j"
-         R"j("fans":[{"id":0,"key":"hwmon/applesmc/applesmc.768/fan1","actual":2000,"min":2000,)j"
-         R"j("max":6200,"target":2000},{"id":1,"key":"hwmon/applesmc/applesmc.768/fan2",)j"
-         R"j("actual":1998,"min":2000,"max":5800,"target":2000}]})j"},
+    // The expected answers are tests/fixtures/helper/<name>.json, one object a line.
+    const std::pair<std::string, void (*)(const FakeSysfs&)> cases[] = {
+        {"intel-desktop", buildIntelDesktop},
+        {"amd-desktop", buildAmdDesktop},
+        {"macbook", buildMacBook},
         // Two sockets without coretemp: their package zones stand in for the CPU.
-        {"thermal zones only",
+        {"thermal-zones-only",
          [](const FakeSysfs& sysfs) {
              sysfs.addThermalZone(0, "x86_pkg_temp", 62000);
              sysfs.addThermalZone(1, "iwlwifi_1", 36000);
              sysfs.addThermalZone(2, "x86_pkg_temp", 64000);
-         },
-         R"j({"temperatures":[{"key":"tz/x86_pkg_temp/0","label":"CPU Die","value":62},)j"
-         R"j({"key":"tz/x86_pkg_temp/1","label":"CPU Die 2","value":64}],"fans":[]})j"},
+         }},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, build] : cases) {
+        SCOPED_TRACE(name);
         FakeSysfs sysfs;
-        c.build(sysfs);
+        build(sysfs);
         const HelperResult result = runHelper({"--sysfs-root", sysfs.root(), "--all"});
         EXPECT_EQ(result.exitStatus, 0);
-        EXPECT_EQ(result.output, c.expected + "\n");
+        std::string expected = readFile(fixturePath("helper/" + name + ".json"));
+        std::erase(expected, '\n');
+        EXPECT_EQ(result.output, expected + "\n");
         EXPECT_EQ(result.errors, "");
     }
 }

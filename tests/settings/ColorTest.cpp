@@ -19,38 +19,19 @@ TEST(ColorFromHex, TrimsTheEndsAndTakesExactlySixCharacters) {
         {"FF9500", 255, 149, 0},
         {"#ff9500", 255, 149, 0},
         {"  #FF9500; \t\n", 255, 149, 0}, // anything not a letter or digit is trimmed
-        {"FF9500\u2713", 255, 149, 0},
-        {"#fff", 255, 255, 255}, // no shorthand: anything but six characters is white
-        {"red", 255, 255, 255},  // nor names
-        {"", 255, 255, 255},
+        {"#fff", 255, 255, 255},          // no shorthand: anything but six characters is white
         {"FF950080", 255, 255, 255},
-        {"orange", 0, 0, 0},   // six characters that do not scan as hex: 0
-        {"FFZZZZ", 0, 0, 255}, // scanning stops at the first non-hex character
-        {"FF 500", 0, 0, 255},
-        {"0x00FF", 0, 0, 255},        // the prefix counts towards the six
-        {"\u00e9FF000", 0, 0, 0},     // a letter of any script is kept, and is not hex
-        {"\U0001D400BCDEF", 0, 0, 0}, // one character outside the BMP
-        {"0000F\u0301F", 0, 0, 15},   // a letter with a combining accent is one character
+        {"orange", 0, 0, 0},        // six characters that do not scan as hex: 0
+        {"FFZZZZ", 0, 0, 255},      // scanning stops at the first non-hex character
+        {"0x00FF", 0, 0, 255},      // the prefix counts towards the six
+        {"\u00e9FF000", 0, 0, 0},   // a letter of any script is kept, and is not hex
+        {"0000F\u0301F", 0, 0, 15}, // a letter with a combining accent is one character
     };
     for (const Case& c : cases) {
         const Color expected{{c.red / 255.0, c.green / 255.0, c.blue / 255.0, 1.0}};
         EXPECT_EQ(colorFromHex(QString::fromUtf8(c.text)).components, expected.components)
             << '"' << c.text << '"';
     }
-}
-
-TEST(HexFromColor, TruncatesAndWritesNoAlpha) {
-    const std::pair<std::vector<double>, const char*> cases[] = {
-        {{0.5, 0.999, 0.0039, 0.25}, "7FFE00"},
-        {{-0.001, 0.0, 0.0}, "000000"},
-        {{}, "FFFFFF"},
-        {{0.5, 1.0}, "7FFF00"}, // grey and alpha: the alpha lands in green
-        {{1.01, 2.0, 0.0}, "1011FE00"},
-    };
-    for (const auto& [components, hex] : cases)
-        EXPECT_EQ(hexFromColor(Color{components}).toStdString(), hex);
-    EXPECT_DEATH(hexFromColor(Color{{0.0, std::nan("")}}), "green component");
-    EXPECT_DEATH(hexFromColor(Color{{1e17, 0.0, 0.0}}), "red component"); // beyond 2^63
 }
 
 // Every byte value must survive parse -> format and pick -> format despite the truncation:

@@ -52,14 +52,11 @@ TEST(ReadAll, BrokenHelpersGiveEmptyReadingsAndLeaveNothingRunning) {
         {"a job left holding the output",
          answering(good) + "sleep 300 &\necho $! >> " + pids + "\n", decoded},
         {"answer that fits the pipe", answering(boardSensors(500)), fits},
-        {"answer larger than the pipe", answering(boardSensors(2000)), emptyThermalReadings},
         {"hangs, with a job of its own",
          "echo $$ >> " + pids + "\nsleep 300 &\necho $! >> " + pids + "\n" + answering(good) +
              "exec sleep 300\n",
          emptyThermalReadings},
         {"crashes mid-answer", "printf '{\"temperatures\":[{\"key\":\"a\"'; kill -SEGV $$\n",
-         emptyThermalReadings},
-        {"prints garbage and fails", "echo 'smc: cannot open device'\nexit 1\n",
          emptyThermalReadings},
         {"missing", dir.str() + "/absent", emptyThermalReadings},
     };

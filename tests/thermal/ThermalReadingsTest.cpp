@@ -79,15 +79,6 @@ int level(std::optional<ThermalState> state) {
     return state ? static_cast<int>(*state) : -100;
 }
 
-TEST(ThermalEstimate, CpuTemperatureFollowsTheLevel) {
-    const std::pair<std::optional<ThermalState>, double> cases[] = {
-        {nominal, 45},  {fair, 65},         {serious, 80},
-        {critical, 95}, {std::nullopt, 50}, {ThermalState(4), 50}};
-    for (const auto& [state, cpuTemp] : cases)
-        EXPECT_TRUE((estimatedThermalReadings(state) == ThermalReadings{cpuTemp, 0, {}, {}}))
-            << level(state);
-}
-
 TEST(ThermalZoneLevel, TripPointsGiveTheLevel) {
     // Fair from 10 below passive or at active, serious at passive, critical from 5 below
     // critical or at hot; the lowest trip of a kind counts, and 0 or below is no trip.

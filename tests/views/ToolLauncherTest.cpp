@@ -14,11 +14,12 @@ namespace {
 // PATH holds only a scratch folder while the object lives. A stand-in "name" writes
 // its arguments to name.ran; "-name" is there but not executable.
 struct FakePath {
-    explicit FakePath(const std::vector<std::string>& programs) {
+    explicit FakePath(const QStringList& names) {
         qputenv("PATH", QByteArray::fromStdString(dir.str()));
-        for (const std::string& name : programs)
-            dir.writeScript(name.substr(name[0] == '-'), "printf '%s\\n' \"$@\" > \"$0.ran\"\n",
-                            name[0] == '-' ? 0644 : 0755);
+        for (const QString& each : names)
+            if (const std::string name = each.toStdString(); !name.empty())
+                dir.writeScript(name.substr(name[0] == '-'), "printf '%s\\n' \"$@\" > \"$0.ran\"\n",
+                                name[0] == '-' ? 0644 : 0755);
     }
     ~FakePath() { qputenv("PATH", saved); }
 
@@ -33,37 +34,25 @@ struct FakePath {
 
 TEST(ToolLauncher, PicksTheFirstInstalledProgramElseACommandThatIsThereInATerminal) {
     const ToolLauncher monitor = ToolLauncher::systemMonitor(), logs = ToolLauncher::logViewer();
-    const std::tuple<const ToolLauncher&, std::vector<std::string>, std::string, QStringList,
-                     QString>
-        cases[] = {
-            {monitor,
-             {"lxtask", "xterm", "mate-system-monitor"},
-             "mate-system-monitor",
-             {},
+    // What is installed (a leading "-": there, not executable), what runs, and the button.
+    const std::tuple<const ToolLauncher&, const char*, std::string, const char*, QString> cases[] =
+        {
+            {monitor, "lxtask xterm mate-system-monitor", "mate-system-monitor", "",
              "System Monitor"},
-            {monitor,
-             {"-gnome-system-monitor", "xterm", "htop", "top"},
-             "xterm",
-             {"-e", "htop"},
-             "htop"},
-            {monitor,
-             {"xterm", "x-terminal-emulator", "top"},
-             "x-terminal-emulator",
-             {"-e", "top"},
-             "top"},
-            {logs,
-             {"gnome-terminal", "journalctl"},
-             "gnome-terminal",
-             {"--", "journalctl", "-f"},
-             "Journal"},
+            {monitor, "-gnome-system-monitor xterm htop top", "xterm", "-e htop", "htop"},
+            {monitor, "xterm x-terminal-emulator top", "x-terminal-emulator", "-e top", "top"},
+            {logs, "gnome-terminal journalctl", "gnome-terminal", "-- journalctl -f", "Journal"},
         };
     for (const auto& [launcher, installed, program, arguments, name] : cases) {
-        FakePath path(installed);
+        FakePath path(QString::fromLatin1(installed).split(u' '));
         const QString found = QString::fromStdString(path.dir.str() + "/" + program);
-        EXPECT_EQ(launcher.command(), (LaunchCommand{found, arguments, name}));
+        EXPECT_EQ(
+            launcher.command(),
+            (LaunchCommand{found, QString::fromLatin1(arguments).split(u' ', Qt::SkipEmptyParts),
+                           name}));
     }
     // A terminal alone opens nothing worth a button.
-    FakePath onlyTerminal({"xterm"});
+    FakePath onlyTerminal({QStringLiteral("xterm")});
     EXPECT_EQ(monitor.command(), std::nullopt);
 }
 
@@ -71,8 +60,8 @@ TEST(ToolLauncher, FooterButtonsNameTheToolTheyStartAndHideWithoutOne) {
     PopoverRig rig;
     for (const bool installed : {false, true}) {
         FakePath path(
-            installed ? std::vector<std::string>{"plasma-systemmonitor", "konsole", "journalctl"}
-                      : std::vector<std::string>{"htop"});
+            QString::fromLatin1(installed ? "plasma-systemmonitor konsole journalctl" : "htop")
+                .split(u' '));
         MonitorPopoverView view(rig.monitor, rig.settings, [](SensorType) {});
         auto* activity = view.findChild<QToolButton*>("activityMonitorButton");
         auto* console = view.findChild<QToolButton*>("consoleButton");
