@@ -38,6 +38,20 @@ def write_file(path, content, mode=0o644):
     os.rename(path + ".new", path)
 
 
+def fake_sysfs(root, chips):
+    """Lays out hwmon `chips` ({"<device>/hwmon/hwmonN": {attribute: value}}) under `root`
+    as the kernel does, each device awake (runtime power "active")."""
+    for chip, attributes in chips.items():
+        for name, content in attributes.items():
+            write_file(os.path.join(root, "sys/devices", chip, name), content + "\n")
+        os.symlink("../..", os.path.join(root, "sys/devices", chip, "device"))
+        device = os.path.dirname(os.path.dirname(chip))
+        write_file(os.path.join(root, "sys/devices", device, "power/runtime_status"), "active\n")
+        os.makedirs(os.path.join(root, "sys/class/hwmon"), exist_ok=True)
+        os.symlink("../../devices/" + chip,
+                   os.path.join(root, "sys/class/hwmon", os.path.basename(chip)))
+
+
 def processes(command_part, environment_part=""):
     """Pids whose command line holds `command_part` and environment `environment_part`."""
     found = []
@@ -132,6 +146,13 @@ class Desktop:
         if not wait_until(ready, 30, 0.25):
             raise RuntimeError(f"{self.host} did not take the tray")
         time.sleep(1.0)
+
+    def tray_items(self):
+        """The StatusNotifierWatcher's list of items, as dbus-send prints it."""
+        return run(["dbus-send", "--session", "--print-reply",
+                    "--dest=org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+                    "org.freedesktop.DBus.Properties.Get", "string:org.kde.StatusNotifierWatcher",
+                    "string:RegisteredStatusNotifierItems"], env=self.env).stdout
 
     def write_settings(self, values):
         write_file(os.path.join(self.config, "vorlune", "vorlune.conf"),

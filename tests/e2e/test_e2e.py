@@ -12,7 +12,7 @@ import time
 import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from harness import Desktop, processes, run, wait_until, write_file  # noqa: E402
+from harness import Desktop, fake_sysfs, processes, run, wait_until, write_file  # noqa: E402
 
 BINARY_DIR = os.environ["VORLUNE_BINARY_DIR"]
 VORLUNE = os.path.join(BINARY_DIR, "bin", "vorlune")
@@ -29,7 +29,8 @@ class Session(unittest.TestCase):
         self.start_vorlune()
         # A loaded machine (the sanitizer build beside it) can take a while to start it.
         self.cpu = self.wait_for(CPU, "start", timeout=40)
-        self.assertIsNotNone(self.cpu, "the CPU item is drawn in its colour")
+        self.assertIsNotNone(self.cpu, "the CPU item is drawn in its colour; the watcher holds "
+                             + self.desktop.tray_items())
 
     def start_vorlune(self):
         host = os.environ.get("VORLUNE_TRAY_HOST", "tint2")
@@ -38,7 +39,10 @@ class Session(unittest.TestCase):
         self.addCleanup(self.desktop.close)
         self.desktop.start_tray_host()
         self.desktop.write_settings(SETTINGS)
-        self.vorlune = self.desktop.spawn([VORLUNE])
+        # What the app says goes beside the screenshots, for a failure seen only on CI.
+        log = open(os.path.join(self.desktop.artifacts, "vorlune.log"), "w")
+        self.addCleanup(log.close)
+        self.vorlune = self.desktop.spawn([VORLUNE], stderr=log if os.environ.get("LOGIT") else subprocess.DEVNULL)
 
     def wait_for(self, colour, name, present=True, timeout=15):
         def check():
@@ -88,12 +92,7 @@ class Tray(Session):
 
 
 class WholeApp(Session):
-    def test_items_follow_settings_written_by_another_process(self):
-        self.desktop.write_settings(dict(SETTINGS, persistDisk="true"))
-        self.assertTrue(self.wait_for(DISK, "disk-on"), "the disk item appears")
-        self.desktop.write_settings(SETTINGS)
-        self.assertTrue(self.wait_for(DISK, "disk-off", present=False), "the disk item goes")
-
+    def test_an_item_follows_its_style_written_by_another_process(self):
         shot = self.desktop.screenshot("style-text")
         x, y, width, height = self.desktop.find_colour(shot, CPU)
         region = (max(0, x - 4), max(0, y - 4), width + 8, height + 8)
@@ -147,13 +146,7 @@ class FanStory(unittest.TestCase):
                                                            temp1_label="Package id 0"),
                  "platform/nct6775.656/hwmon/hwmon2": dict(name="nct6775", fan1_input="1200",
                                                             pwm1="100", pwm1_enable="5")}
-        for chip, attributes in chips.items():
-            for name, content in attributes.items():
-                write_file(os.path.join(sysfs, "sys/devices", chip, name), content + "\n")
-            os.symlink("../..", os.path.join(sysfs, "sys/devices", chip, "device"))
-            os.makedirs(os.path.join(sysfs, "sys/class/hwmon"), exist_ok=True)
-            os.symlink("../../devices/" + chip,
-                       os.path.join(sysfs, "sys/class/hwmon", os.path.basename(chip)))
+        fake_sysfs(sysfs, chips)
         return sysfs, os.path.join(sysfs, "sys/devices", "platform/nct6775.656/hwmon/hwmon2")
 
     def test_a_killed_daemon_is_reported_and_its_fans_come_back(self):
@@ -254,10 +247,7 @@ class Notifier(Session):
                     *args], env=self.desktop.env).stdout
 
     def registered(self):
-        return re.findall(r"'([^']+)'", self.bus(
-            "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
-            "org.freedesktop.DBus.Properties.Get", "org.kde.StatusNotifierWatcher",
-            "RegisteredStatusNotifierItems"))
+        return re.findall(r'string "([^"]+)"', self.desktop.tray_items())
 
     def items(self, count):
         """Id -> (bus address, properties) once `count` items are registered."""

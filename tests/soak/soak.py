@@ -15,7 +15,7 @@ import time
 import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "e2e"))
-from harness import processes, wait_until, write_file  # noqa: E402
+from harness import fake_sysfs, processes, wait_until, write_file  # noqa: E402
 
 # A coretemp CPU and a runtime-active amdgpu card with one fan, as the kernel lays them out;
 # through the helper and the app they read as (temperature, GPU temperature, sensors, fans).
@@ -41,18 +41,7 @@ class Prefix:
         os.makedirs(os.path.dirname(self.program))
         shutil.copy2(os.environ["VORLUNE_SOAK"], self.program)
         sysfs = os.path.join(self.root, "sysfs")
-        for chip, attributes in CHIPS.items():
-            for name, content in attributes.items():
-                write_file(os.path.join(sysfs, "sys/devices", chip, name), content + "\n")
-            device = os.path.dirname(os.path.dirname(chip))
-            os.symlink("../../../" + os.path.basename(device),
-                       os.path.join(sysfs, "sys/devices", chip, "device"))
-            os.makedirs(os.path.join(sysfs, "sys/class/hwmon"), exist_ok=True)
-            os.symlink("../../devices/" + chip,
-                       os.path.join(sysfs, "sys/class/hwmon", os.path.basename(chip)))
-            # A card that is powered down is not woken to be read.
-            write_file(os.path.join(sysfs, "sys/devices", device, "power/runtime_status"),
-                       "active\n")
+        fake_sysfs(sysfs, CHIPS)
         self.good_answer = '"%s" --sysfs-root "%s" --all' % (os.environ["VORLUNE_SMC_HELPER"],
                                                                sysfs)
         # The real helper in whichever mode it is asked for: serving, or one answer.
