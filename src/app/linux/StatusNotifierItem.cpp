@@ -10,8 +10,11 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <QScreen>
+#include <QTimer>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 
 namespace {
 
@@ -19,6 +22,7 @@ const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString objectPath = QStringLiteral("/StatusNotifierItem");
 // Pictures are squares of this many logical pixels.
 constexpr int side = 22;
+constexpr std::chrono::milliseconds registrationGap{400};
 
 const TrayIconComposer& composer() {
     static const TrayIconComposer shared;
@@ -53,7 +57,15 @@ StatusNotifierItem::StatusNotifierItem(QString id, QString title, QString name, 
     watcherWatch.addWatchedService(watcherService);
     connect(&watcherWatch, &QDBusServiceWatcher::serviceRegistered, this,
             &StatusNotifierItem::registerWithWatcher);
-    registerWithWatcher();
+    // xfce4-panel 4.18 writes the list of item names it has seen to xfconf whole on each
+    // new one, and an answer to an earlier write can put back a list without the items
+    // that came since: those are never drawn. Items that register apart never overlap.
+    using Clock = std::chrono::steady_clock;
+    static Clock::time_point nextRegistration;
+    const Clock::time_point now = Clock::now(), at = std::max(now, nextRegistration);
+    nextRegistration = at + registrationGap;
+    QTimer::singleShot(std::chrono::duration_cast<std::chrono::milliseconds>(at - now), this,
+                       &StatusNotifierItem::registerWithWatcher);
 }
 
 StatusNotifierItem::~StatusNotifierItem() {
