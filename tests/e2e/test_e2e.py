@@ -42,7 +42,7 @@ class Session(unittest.TestCase):
         # What the app says goes beside the screenshots, for a failure seen only on CI.
         log = open(os.path.join(self.desktop.artifacts, "vorlune.log"), "w")
         self.addCleanup(log.close)
-        self.vorlune = self.desktop.spawn([VORLUNE], stderr=log if os.environ.get("LOGIT") else subprocess.DEVNULL)
+        self.vorlune = self.desktop.spawn([VORLUNE], stderr=log)
 
     def wait_for(self, colour, name, present=True, timeout=15):
         def check():
