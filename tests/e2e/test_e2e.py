@@ -70,6 +70,11 @@ class Tray(Session):
         time.sleep(1.5)
         opened = self.desktop.screenshot("cpu-popover")
         self.assertGreater(self.desktop.changed_pixels(before, opened), 20000, "a popover opened")
+        # Under the item on a top panel, above it on a bottom one, and across its middle.
+        [(left, top, popover_width, popover_height)] = self.window("^Vorlune: CPU$")
+        self.assertTrue(top >= y + height - 4 or top + popover_height <= y + 4, (top, y))
+        self.assertLessEqual(left, x + width // 2)
+        self.assertLessEqual(x + width // 2, left + popover_width)
         self.desktop.click(640, 300)
         time.sleep(1.5)
         closed = self.desktop.screenshot("popover-closed")

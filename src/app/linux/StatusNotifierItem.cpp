@@ -118,10 +118,13 @@ void StatusNotifierItem::setToolTip(const QString& text) {
     emit adaptor->NewToolTip();
 }
 
+// A tooltip over the popover hides its first line: hosts re-ask on these signals and
+// show nothing when both are empty (an empty tooltip alone shows the title).
 void StatusNotifierItem::setPopoverOpen(bool open) {
     if (popoverOpen == open)
         return;
     popoverOpen = open;
+    emit adaptor->NewTitle();
     emit adaptor->NewToolTip();
 }
 

@@ -35,7 +35,9 @@ public:
     void setPopoverOpen(bool open) override;
 
     QString id() const { return id_; }
-    QString title() const { return title_; }
+    /// Title and tooltip are empty while the popover is open (hosts show the title when
+    /// the tooltip is empty).
+    QString title() const { return popoverOpen ? QString() : title_; }
     SniPixmaps pixmaps() const { return pixmaps_; }
     /// What hosts are given: nothing while the popover is open.
     SniToolTip sniToolTip() const { return popoverOpen ? SniToolTip{} : toolTip_; }
