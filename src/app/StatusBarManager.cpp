@@ -7,6 +7,7 @@
 #include "settings/HexColor.h"
 #include "tray/TrayTextSide.h"
 #include "views/menubar/ButtonModel.h"
+#include "views/menubar/SampledReadings.h"
 #include "views/popovers/SensorDetailPopoverView.h"
 
 #include <QCoreApplication>
@@ -26,28 +27,6 @@ constexpr int detailWidth = 320;
 constexpr int detailWindowHeight = 380;
 // A popover closed by a click on its own item sees that click right after: it must not reopen.
 constexpr int reopenGuardMilliseconds = 300;
-
-MenuBarReadings readingsOf(const SystemMonitor& monitor) {
-    MenuBarReadings readings;
-    readings.cpuUsage = monitor.cpuUsage();
-    readings.cpuHistory = monitor.cpuHistory();
-    readings.busiestCore = monitor.busiestCore();
-    readings.memoryUsed = monitor.memoryUsed();
-    readings.memoryTotal = monitor.memoryTotal();
-    readings.memoryHistory = monitor.memoryHistory();
-    readings.diskUsed = monitor.diskUsed();
-    readings.diskTotal = monitor.diskTotal();
-    readings.networkBytesIn = monitor.networkBytesIn();
-    readings.networkBytesOut = monitor.networkBytesOut();
-    readings.networkInHistory = monitor.networkInHistory();
-    readings.networkOutHistory = monitor.networkOutHistory();
-    readings.temperature = monitor.temperature();
-    readings.gpuTemperature = monitor.gpuTemperature();
-    readings.temperatureHistory = monitor.temperatureHistory();
-    readings.fanSpeed = monitor.fanSpeed();
-    readings.fanMaxSpeed = monitor.fanMaxSpeed();
-    return readings;
-}
 
 MenuBarAppearance appearanceOf(SensorType type, const AppSettings& settings) {
     MenuBarAppearance appearance;
@@ -191,7 +170,7 @@ void StatusBarManager::syncStatusItems() {
 
 ButtonModel StatusBarManager::buttonModel(SensorType type, const SystemMonitor& monitor,
                                           const AppSettings& settings) {
-    return buildButtonModel(type, readingsOf(monitor), appearanceOf(type, settings));
+    return buildButtonModel(type, sampledReadings(monitor), appearanceOf(type, settings));
 }
 
 void StatusBarManager::updateStatusItems() {
@@ -199,7 +178,7 @@ void StatusBarManager::updateStatusItems() {
         return;
     if (statusItems.empty())
         return;
-    const MenuBarReadings readings = readingsOf(*monitor);
+    const MenuBarReadings readings = sampledReadings(*monitor);
     if (!textBesideIcon)
         textBesideIcon = valueTextBesideIcon(settings->persistTextPlacement(),
                                              qEnvironmentVariable("XDG_CURRENT_DESKTOP"));

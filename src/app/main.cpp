@@ -1,9 +1,12 @@
-#include "app/QuitOnSignal.h"
 #include "app/SingleInstance.h"
 #include "app/VorluneApp.h"
+#include "bar/BarMode.h"
 #include "monitors/linux/IgnoreSigpipe.h"
+#include "monitors/linux/QuitOnSignal.h"
 
 #include <QApplication>
+
+#include <string_view>
 
 int main(int argc, char** argv) {
     // Popovers place themselves under their tray item, which a Wayland client
@@ -13,6 +16,10 @@ int main(int argc, char** argv) {
         !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "xcb;wayland");
     ignoreSigpipe();
+    // A bar's text module: no display, no tray, no QApplication.
+    for (int i = 1; i < argc; ++i)
+        if (std::string_view(argv[i]) == "--bar")
+            return runBarMode(argc, argv);
 
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vorlune"));
