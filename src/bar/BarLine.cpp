@@ -1,5 +1,6 @@
 #include "BarLine.h"
 
+#include "views/menubar/MenuBarColor.h"
 #include "views/menubar/MenuBarValueText.h"
 
 #include <QJsonArray>
@@ -12,11 +13,12 @@
 
 namespace {
 
-// The tray's warning thresholds: orange from 75 °C, red from 90 °C.
+// "hot" or "warm" where the tray draws the temperature red or orange.
 QString temperatureClass(double celsius) {
-    return celsius >= 90.0   ? QStringLiteral("hot")
-           : celsius >= 75.0 ? QStringLiteral("warm")
-                             : QString();
+    const QColor colour = temperatureColor(celsius, QColor());
+    return colour == MenuBarColors::hot    ? QStringLiteral("hot")
+           : colour == MenuBarColors::warm ? QStringLiteral("warm")
+                                           : QString();
 }
 
 std::optional<double> temperatureOf(SensorType type, const MenuBarReadings& readings) {
@@ -62,7 +64,9 @@ QString worstClass(const std::vector<SensorType>& kinds, const MenuBarReadings& 
         if (const auto celsius = temperatureOf(type, readings)) {
             const QString level = temperatureClass(*celsius);
             if (level == QStringLiteral("hot") || worst.isEmpty())
-                worst = level.isEmpty() ? worst : level;
+                worst = level;
+            if (worst == QStringLiteral("hot"))
+                break;
         }
     return worst;
 }
@@ -117,11 +121,9 @@ QString barLine(BarFormat format, const std::vector<SensorType>& kinds,
         texts.push_back(text);
         tips.push_back(menuBarToolTip(type, readings));
         QJsonObject block{{"name", trayItemId(type)}, {"full_text", text}};
-        if (const auto celsius = temperatureOf(type, readings)) {
-            const QString level = temperatureClass(*celsius);
-            if (!level.isEmpty())
-                block.insert("color", level == QStringLiteral("hot") ? "#FF0000" : "#FFA500");
-        }
+        if (const auto celsius = temperatureOf(type, readings);
+            celsius && !temperatureClass(*celsius).isEmpty())
+            block.insert("color", temperatureColor(*celsius, QColor()).name());
         blocks.push_back(block);
     }
     const QString joined = texts.join(QStringLiteral("  "));

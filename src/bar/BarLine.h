@@ -21,9 +21,8 @@ std::optional<std::vector<SensorType>> barItemsNamed(const QString& list);
 /// The lines before the first tick's: i3bar's header and the array's opening bracket.
 QString barPreamble(BarFormat format);
 
-/// One tick's line, without its line feed: each kind's symbol and value text as the tray
-/// shows them;
-/// waybar's `class` is "warm" or "hot" by the tray's temperature colours, its
-/// `percentage` the usage or the temperature in °C (0 to 100).
+/// One tick's line, without its line feed, of each kind's symbol and value text as the
+/// tray shows them. waybar's `class` is "warm" or "hot" as the tray colours the hottest
+/// temperature shown; its `percentage` is the first kind's usage or °C, within 0...100.
 QString barLine(BarFormat format, const std::vector<SensorType>& kinds,
                 const MenuBarReadings& readings);
