@@ -15,10 +15,8 @@ class BarMode(unittest.TestCase):
         with subprocess.Popen([VORLUNE, "--bar", *arguments], stdout=subprocess.PIPE,
                               stderr=subprocess.PIPE, text=True, env=NO_DISPLAY) as bar:
             read = [bar.stdout.readline().rstrip("\n") for _ in range(lines)]
-            if hang_up:
-                bar.stdout.close()  # as `| head -n 3` does: the next write fails
-            else:
-                bar.terminate()
+            # Hung up on as `| head -n 3` does (the next write fails), or terminated.
+            bar.stdout.close() if hang_up else bar.terminate()
             self.assertEqual(bar.wait(timeout=10), 0, bar.stderr.read())
         return read
 
@@ -33,7 +31,7 @@ class BarMode(unittest.TestCase):
         self.assertEqual((json.loads(header), opening), ({"version": 1}, "["))
         for tick in ticks:
             cpu, temperature = json.loads(tick.removesuffix(","))
-            self.assertEqual((cpu["name"], temperature["name"]), ("vorlune-cpu", "vorlune-cputemp"))
+            self.assertEqual([cpu["name"], temperature["name"]], ["vorlune-cpu", "vorlune-cputemp"])
             self.assertRegex(cpu["full_text"], r"^\S+ \d+%$")
 
     def test_plain_text_and_a_wrong_command_line(self):
