@@ -1,5 +1,7 @@
 #include "VorluneApp.h"
 
+#include "AlertCenter.h"
+
 #include "NoTrayHostNotice.h"
 #include "PopoverWindow.h"
 #include "StatusBarManager.h"
@@ -44,6 +46,9 @@ VorluneApp::VorluneApp(const QString& settingsFile, QObject* parent)
     connect(appSettings.get(), &AppSettings::objectWillChange, this, [this] {
         QMetaObject::invokeMethod(this, &VorluneApp::applyAppearanceIfChanged,
                                   Qt::QueuedConnection);
+    });
+    alerts = std::make_unique<AlertCenter>(*monitor, *appSettings, [this](SensorType type) {
+        StatusBarManager::shared().showDetail(type, mainExtra.get(), true);
     });
 }
 

@@ -5,6 +5,7 @@
 
 #include <memory>
 
+class AlertCenter;
 class AppSettings;
 class NoTrayHostNotice;
 class PopoverWindow;
@@ -52,6 +53,7 @@ private:
     std::unique_ptr<QMenu> mainMenu;
     std::unique_ptr<TrayHostWatch> trayHostWatch;
     std::unique_ptr<NoTrayHostNotice> noTrayNotice;
+    std::unique_ptr<AlertCenter> alerts;
     QPointer<PopoverWindow> mainPopover;
     int appliedAppearance = -1;
     qint64 mainPopoverClosedAt = 0;

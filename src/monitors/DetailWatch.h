@@ -24,6 +24,9 @@ public:
     DetailWatch& operator=(const DetailWatch&) = delete;
     ~DetailWatch();
 
+    /// Whether it keeps any figure wanted.
+    bool isWatching() const { return wants && figures != 0; }
+
 private:
     void release();
 

@@ -83,6 +83,24 @@ class AppSettings : public QObject {
     Q_PROPERTY(QString temperatureColorHex READ temperatureColorHex WRITE setTemperatureColorHex
                    NOTIFY objectWillChange)
     Q_PROPERTY(QString fanColorHex READ fanColorHex WRITE setFanColorHex NOTIFY objectWillChange)
+    Q_PROPERTY(bool alertCPUTemp READ alertCPUTemp WRITE setAlertCPUTemp NOTIFY objectWillChange)
+    Q_PROPERTY(double alertCPUTempLimit READ alertCPUTempLimit WRITE setAlertCPUTempLimit NOTIFY
+                   objectWillChange)
+    Q_PROPERTY(double alertCPUTempSeconds READ alertCPUTempSeconds WRITE setAlertCPUTempSeconds
+                   NOTIFY objectWillChange)
+    Q_PROPERTY(bool alertCPU READ alertCPU WRITE setAlertCPU NOTIFY objectWillChange)
+    Q_PROPERTY(
+        double alertCPULimit READ alertCPULimit WRITE setAlertCPULimit NOTIFY objectWillChange)
+    Q_PROPERTY(double alertCPUSeconds READ alertCPUSeconds WRITE setAlertCPUSeconds NOTIFY
+                   objectWillChange)
+    Q_PROPERTY(bool alertMemory READ alertMemory WRITE setAlertMemory NOTIFY objectWillChange)
+    Q_PROPERTY(double alertMemorySeconds READ alertMemorySeconds WRITE setAlertMemorySeconds NOTIFY
+                   objectWillChange)
+    Q_PROPERTY(bool alertDisk READ alertDisk WRITE setAlertDisk NOTIFY objectWillChange)
+    Q_PROPERTY(
+        double alertDiskLimit READ alertDiskLimit WRITE setAlertDiskLimit NOTIFY objectWillChange)
+    Q_PROPERTY(double alertDiskSeconds READ alertDiskSeconds WRITE setAlertDiskSeconds NOTIFY
+                   objectWillChange)
 
 public:
     /// The standard per-user store ("vorlune"/"vorlune" under $XDG_CONFIG_HOME).
@@ -177,6 +195,30 @@ public:
     void setTemperatureColorHex(const QString& value);
     QString fanColorHex() const;
     void setFanColorHex(const QString& value);
+
+    // Alerts: each on or off, with the level (°C or % used) and how long it must last.
+    bool alertCPUTemp() const;
+    void setAlertCPUTemp(bool value);
+    double alertCPUTempLimit() const;
+    void setAlertCPUTempLimit(double value);
+    double alertCPUTempSeconds() const;
+    void setAlertCPUTempSeconds(double value);
+    bool alertCPU() const;
+    void setAlertCPU(bool value);
+    double alertCPULimit() const;
+    void setAlertCPULimit(double value);
+    double alertCPUSeconds() const;
+    void setAlertCPUSeconds(double value);
+    bool alertMemory() const;
+    void setAlertMemory(bool value);
+    double alertMemorySeconds() const;
+    void setAlertMemorySeconds(double value);
+    bool alertDisk() const;
+    void setAlertDisk(bool value);
+    double alertDiskLimit() const;
+    void setAlertDiskLimit(double value);
+    double alertDiskSeconds() const;
+    void setAlertDiskSeconds(double value);
 
     /// The style of one menu bar item: its own style setting when that holds a
     /// PersistentStyle raw value, else persistentDisplayStyle. `sensorKey` is a

@@ -265,3 +265,69 @@ QString AppSettings::fanColorHex() const {
 void AppSettings::setFanColorHex(const QString& value) {
     writeString(SettingKey::fanColorHex, value);
 }
+bool AppSettings::alertCPUTemp() const {
+    return readBool(SettingKey::alertCPUTemp);
+}
+void AppSettings::setAlertCPUTemp(bool value) {
+    writeBool(SettingKey::alertCPUTemp, value);
+}
+double AppSettings::alertCPUTempLimit() const {
+    return readDouble(SettingKey::alertCPUTempLimit);
+}
+void AppSettings::setAlertCPUTempLimit(double value) {
+    writeDouble(SettingKey::alertCPUTempLimit, value);
+}
+double AppSettings::alertCPUTempSeconds() const {
+    return readDouble(SettingKey::alertCPUTempSeconds);
+}
+void AppSettings::setAlertCPUTempSeconds(double value) {
+    writeDouble(SettingKey::alertCPUTempSeconds, value);
+}
+bool AppSettings::alertCPU() const {
+    return readBool(SettingKey::alertCPU);
+}
+void AppSettings::setAlertCPU(bool value) {
+    writeBool(SettingKey::alertCPU, value);
+}
+double AppSettings::alertCPULimit() const {
+    return readDouble(SettingKey::alertCPULimit);
+}
+void AppSettings::setAlertCPULimit(double value) {
+    writeDouble(SettingKey::alertCPULimit, value);
+}
+double AppSettings::alertCPUSeconds() const {
+    return readDouble(SettingKey::alertCPUSeconds);
+}
+void AppSettings::setAlertCPUSeconds(double value) {
+    writeDouble(SettingKey::alertCPUSeconds, value);
+}
+bool AppSettings::alertMemory() const {
+    return readBool(SettingKey::alertMemory);
+}
+void AppSettings::setAlertMemory(bool value) {
+    writeBool(SettingKey::alertMemory, value);
+}
+double AppSettings::alertMemorySeconds() const {
+    return readDouble(SettingKey::alertMemorySeconds);
+}
+void AppSettings::setAlertMemorySeconds(double value) {
+    writeDouble(SettingKey::alertMemorySeconds, value);
+}
+bool AppSettings::alertDisk() const {
+    return readBool(SettingKey::alertDisk);
+}
+void AppSettings::setAlertDisk(bool value) {
+    writeBool(SettingKey::alertDisk, value);
+}
+double AppSettings::alertDiskLimit() const {
+    return readDouble(SettingKey::alertDiskLimit);
+}
+void AppSettings::setAlertDiskLimit(double value) {
+    writeDouble(SettingKey::alertDiskLimit, value);
+}
+double AppSettings::alertDiskSeconds() const {
+    return readDouble(SettingKey::alertDiskSeconds);
+}
+void AppSettings::setAlertDiskSeconds(double value) {
+    writeDouble(SettingKey::alertDiskSeconds, value);
+}

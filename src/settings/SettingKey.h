@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-// The 40 persistent settings in declaration order. Their stored names and
+// The 51 persistent settings in declaration order. Their stored names and
 // defaults live in one table below; nothing else spells a key.
 enum class SettingKey {
     appearanceMode,
@@ -47,6 +47,17 @@ enum class SettingKey {
     networkColorHex,
     temperatureColorHex,
     fanColorHex,
+    alertCPUTemp,
+    alertCPUTempLimit,
+    alertCPUTempSeconds,
+    alertCPU,
+    alertCPULimit,
+    alertCPUSeconds,
+    alertMemory,
+    alertMemorySeconds,
+    alertDisk,
+    alertDiskLimit,
+    alertDiskSeconds,
 };
 
 struct SettingDefinition {
@@ -56,7 +67,7 @@ struct SettingDefinition {
     std::string_view defaultText;
 };
 
-inline constexpr std::array<SettingDefinition, 40> settingDefinitions{{
+inline constexpr std::array<SettingDefinition, 51> settingDefinitions{{
     {SettingKey::appearanceMode, "appearanceMode", "System"},
     {SettingKey::displayMode, "displayMode", "Graph & Text"},
     {SettingKey::updateInterval, "updateInterval", "2.0"},
@@ -97,6 +108,17 @@ inline constexpr std::array<SettingDefinition, 40> settingDefinitions{{
     {SettingKey::networkColorHex, "networkColorHex", "AF52DE"},
     {SettingKey::temperatureColorHex, "temperatureColorHex", "FF3B30"},
     {SettingKey::fanColorHex, "fanColorHex", "5AC8FA"},
+    {SettingKey::alertCPUTemp, "alertCPUTemp", "false"},
+    {SettingKey::alertCPUTempLimit, "alertCPUTempLimit", "90.0"},
+    {SettingKey::alertCPUTempSeconds, "alertCPUTempSeconds", "30.0"},
+    {SettingKey::alertCPU, "alertCPU", "false"},
+    {SettingKey::alertCPULimit, "alertCPULimit", "95.0"},
+    {SettingKey::alertCPUSeconds, "alertCPUSeconds", "120.0"},
+    {SettingKey::alertMemory, "alertMemory", "false"},
+    {SettingKey::alertMemorySeconds, "alertMemorySeconds", "30.0"},
+    {SettingKey::alertDisk, "alertDisk", "false"},
+    {SettingKey::alertDiskLimit, "alertDiskLimit", "95.0"},
+    {SettingKey::alertDiskSeconds, "alertDiskSeconds", "60.0"},
 }};
 
 /// The group of the fan override's saved percentages: decimal fan id = percent.
@@ -114,4 +136,5 @@ constexpr bool settingTableInOrder() {
     return true;
 }
 static_assert(settingTableInOrder());
-static_assert(static_cast<std::size_t>(SettingKey::fanColorHex) + 1 == settingDefinitions.size());
+static_assert(static_cast<std::size_t>(SettingKey::alertDiskSeconds) + 1 ==
+              settingDefinitions.size());

@@ -96,9 +96,8 @@ class Desktop:
         with os.fdopen(read_end) as pipe:
             self.env["DISPLAY"] = ":" + pipe.readline().strip()
 
-    def spawn(self, argv, stderr=subprocess.DEVNULL, **kwargs):
-        process = subprocess.Popen(argv, env=self.env, stdout=subprocess.DEVNULL,
-                                   stderr=stderr, **kwargs)
+    def spawn(self, argv, stderr=subprocess.DEVNULL, stdout=subprocess.DEVNULL, **kwargs):
+        process = subprocess.Popen(argv, env=self.env, stdout=stdout, stderr=stderr, **kwargs)
         self.processes.append(process)
         return process
 

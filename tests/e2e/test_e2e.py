@@ -22,6 +22,18 @@ SETTINGS = {"persistCPU": "true", "persistMemory": "true", "persistentDisplaySty
             "cpuColorHex": CPU[1:], "memoryColorHex": MEMORY[1:], "diskColorHex": DISK[1:]}
 
 
+def prefix_reading(root, sysfs):
+    """Vorlune copied into a prefix of its own under `root`, whose helper reads `sysfs`:
+    the program's path and the helper's script."""
+    wrapper = (f'#!/bin/sh\nexec "{os.path.join(BINARY_DIR, "SMCHelper", "smc_helper")}" '
+               f'"$@" --sysfs-root "{sysfs}"\n')
+    program = os.path.join(root, "bin", "vorlune")
+    os.makedirs(os.path.dirname(program))
+    shutil.copy2(VORLUNE, program)
+    write_file(os.path.join(root, "libexec", "vorlune", "smc_helper"), wrapper, 0o755)
+    return program, wrapper
+
+
 class Session(unittest.TestCase):
     """Vorlune started on a fresh desktop with the CPU and memory items in marker colours."""
 
@@ -161,13 +173,8 @@ class FanStory(unittest.TestCase):
         def fan(name):
             with open(os.path.join(board, name)) as attribute:
                 return attribute.read().strip()
-        # Vorlune in a prefix of its own, whose helper and set-user-ID copy read the board.
-        wrapper = (f'#!/bin/sh\nexec "{os.path.join(BINARY_DIR, "SMCHelper", "smc_helper")}" '
-                   f'"$@" --sysfs-root "{sysfs}"\n')
-        program = os.path.join(root, "bin", "vorlune")
-        os.makedirs(os.path.dirname(program))
-        shutil.copy2(VORLUNE, program)
-        write_file(os.path.join(root, "libexec", "vorlune", "smc_helper"), wrapper, 0o755)
+        # The set-user-ID copy reads the board too.
+        program, wrapper = prefix_reading(root, sysfs)
         installed = os.path.join(root, "setuid", "vorlune_smc_helper")
         write_file(installed, wrapper, 0o4755)
 
@@ -331,3 +338,39 @@ class Notifier(Session):
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)
+
+
+class Alerts(unittest.TestCase):
+    """A CPU at 95 °C on a fake board, told through a real notification server (dunst) on
+    the session's bus; its action opens the CPU temperature's detail."""
+
+    def test_a_hot_cpu_is_a_desktop_notification_that_opens_its_detail(self):
+        root = tempfile.mkdtemp(prefix="vorlune-alerts-")
+        self.addCleanup(shutil.rmtree, root, True)
+        sysfs = os.path.join(root, "sysfs")
+        fake_sysfs(sysfs, {"platform/coretemp.0/hwmon/hwmon1": dict(
+            name="coretemp", temp1_input="95000", temp1_label="Package id 0")})
+        program, _ = prefix_reading(root, sysfs)
+        desktop = Desktop("xfce", os.path.join(BINARY_DIR, "screenshots", "e2e", "alerts"))
+        self.addCleanup(desktop.close)
+        desktop.start_tray_host()
+        calls = os.path.join(desktop.artifacts, "notifications.log")
+        with open(calls, "w") as log:
+            desktop.spawn(["dbus-monitor", "--session",
+                           "interface=org.freedesktop.Notifications"], stdout=log)
+        desktop.spawn(["dunst"])
+        desktop.write_settings({"alertCPUTemp": "true", "alertCPUTempSeconds": "0"})
+        desktop.spawn([program])
+
+        def told():
+            with open(calls) as log:
+                return 'string "CPU at 95 °C"' in log.read()
+        self.assertTrue(wait_until(told, 20, 0.5), "Notify was called with the summary")
+        self.assertTrue(wait_until(lambda: run(["dunstctl", "count", "displayed"],
+                                               env=desktop.env).stdout.strip() == "1", 10),
+                        "dunst shows it")
+        desktop.screenshot("notification")
+        run(["dunstctl", "action", "0"], env=desktop.env, check=True)
+        self.assertTrue(wait_until(lambda: desktop.windows("--name", "CPU Temp"), 10),
+                        "its action opens the CPU temperature's detail")
+        desktop.screenshot("detail")

@@ -1,5 +1,6 @@
 #include "GeneralSettingsView.h"
 
+#include "AlertsSection.h"
 #include "FormSection.h"
 #include "SettingsBinding.h"
 #include "ToggleSwitch.h"
@@ -39,6 +40,7 @@ GeneralSettingsView::GeneralSettingsView(AppSettings& settings, LaunchAtLogin la
     addDisplayMode();
     addAppearance();
     addStartup();
+    fillAlertsSection(*addSection(QStringLiteral("Alerts")), settings);
     if (this->helperActions.isInstalled && this->helperActions.uninstall)
         addSensorHelper();
 }

@@ -9,7 +9,7 @@ class AppSettings;
 class QLabel;
 class ToggleSwitch;
 
-/// The "General" tab: update interval, display mode, appearance and launch at login.
+/// The "General" tab: update interval, display mode, appearance, launch at login and alerts.
 class GeneralSettingsView : public FormPage {
     Q_OBJECT
 public:
