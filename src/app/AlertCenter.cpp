@@ -17,6 +17,16 @@ QString durationText(double seconds) {
                           : QStringLiteral(" for %1 min").arg(std::lround(seconds / 60.0));
 }
 
+// "Busiest process: firefox (187.4% of one core)"; nothing before the first read.
+QString topProcessText(const QString& label, const std::vector<ProcessFigure>& processes,
+                       const std::function<QString(double)>& figure) {
+    if (processes.empty())
+        return {};
+    return label + QStringLiteral(": %1 (%2)")
+                       .arg(QString::fromStdString(processes.front().name),
+                            figure(processes.front().value));
+}
+
 SensorType detailOf(AlertKind kind) {
     switch (kind) {
     case AlertKind::cpuTemperature:
@@ -88,18 +98,15 @@ void AlertCenter::notify(const FiredAlert& alert) {
         break;
     case AlertKind::cpuLoad:
         summary = QStringLiteral("CPU at %1 %").arg(std::lround(alert.value)) + held;
-        if (const auto& busiest = monitor.busiestProcesses(); !busiest.empty())
-            body = QStringLiteral("Busiest process: %1 (%2 of one core)")
-                       .arg(QString::fromStdString(busiest.front().name),
-                            coreShareText(busiest.front().value));
+        body = topProcessText(
+            QStringLiteral("Busiest process"), monitor.busiestProcesses(),
+            [](double share) { return coreShareText(share) + QStringLiteral(" of one core"); });
         break;
     case AlertKind::memoryPressure:
         summary = QStringLiteral("Memory pressure high") + held +
                   QStringLiteral(": %1 % used").arg(std::lround(monitor.memoryFraction() * 100.0));
-        if (const auto& largest = monitor.largestProcesses(); !largest.empty())
-            body = QStringLiteral("Largest process: %1 (%2)")
-                       .arg(QString::fromStdString(largest.front().name),
-                            byteSizeText(largest.front().value));
+        body = topProcessText(QStringLiteral("Largest process"), monitor.largestProcesses(),
+                              byteSizeText);
         break;
     case AlertKind::diskFull:
         summary = QStringLiteral("Root volume %1 % full").arg(std::lround(alert.value));
