@@ -3,11 +3,13 @@
 #include "DetailSample.h"
 
 #include <array>
+#include <atomic>
 #include <memory>
 
-/// How many open views want each detail figure. Main thread only.
+/// How many open views want each detail figure. Changed on the main thread, read by
+/// the sampling thread at each tick.
 struct DetailWants {
-    std::array<int, DetailFigure::count> counts{};
+    std::array<std::atomic<int>, DetailFigure::count> counts{};
 
     /// The figures at least one view wants.
     DetailFigures figures() const;

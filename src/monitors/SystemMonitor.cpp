@@ -6,6 +6,7 @@
 #include <QPointer>
 
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -30,27 +31,39 @@ SystemMonitor::SystemMonitor(QObject* parent)
 
 SystemMonitor::SystemMonitor(SamplingMonitors sources, bool startSampling, QObject* parent)
     : QObject(parent), monitors(std::make_shared<SamplingMonitors>(std::move(sources))) {
-    samplingQueue.setMaxThreadCount(1);
+    samplingThread.setObjectName(QStringLiteral("Vorlune sampling"));
+    samplingContext->moveToThread(&samplingThread);
+    samplingThread.start();
     if (startSampling)
         startMonitoring(samplingInterval);
 }
 
 SystemMonitor::~SystemMonitor() {
-    timer.reset();
+    // Waits for the job in flight; its queued publish dies with this object.
+    QMetaObject::invokeMethod(
+        samplingContext.get(), [this] { delete std::exchange(tickTimer, nullptr); },
+        Qt::BlockingQueuedConnection);
     if (monitors->thermalMonitor)
         monitors->thermalMonitor->stopDaemon();
-    // At most one job is in flight; its queued publish dies with this object.
-    samplingQueue.waitForDone();
+    samplingThread.quit();
+    samplingThread.wait();
+}
+
+void SystemMonitor::runOnSamplingThread(std::function<void()> job) {
+    QMetaObject::invokeMethod(samplingContext.get(), std::move(job), Qt::QueuedConnection);
 }
 
 void SystemMonitor::startMonitoring(double intervalSeconds) {
-    timer.reset();
     updateStats();
-    timer = std::make_unique<QTimer>();
-    timer->setTimerType(Qt::PreciseTimer);
-    timer->setInterval(static_cast<int>(intervalSeconds * 1000.0));
-    connect(timer.get(), &QTimer::timeout, this, &SystemMonitor::updateStats);
-    timer->start();
+    const int milliseconds = static_cast<int>(intervalSeconds * 1000.0);
+    runOnSamplingThread([this, milliseconds] {
+        delete tickTimer;
+        tickTimer = new QTimer(samplingContext.get());
+        tickTimer->setTimerType(Qt::PreciseTimer);
+        tickTimer->setInterval(milliseconds);
+        connect(tickTimer, &QTimer::timeout, samplingContext.get(), [this] { updateStats(); });
+        tickTimer->start();
+    });
 }
 
 void SystemMonitor::updateStats() {
@@ -58,11 +71,10 @@ void SystemMonitor::updateStats() {
     // job still running is skipped.
     if (jobInFlight->exchange(true))
         return;
-    QPointer<SystemMonitor> self(this);
     auto sources = monitors;
     auto inFlight = jobInFlight;
     const DetailFigures wanted = detailWants->figures();
-    samplingQueue.start([self, sources, inFlight, wanted] {
+    runOnSamplingThread([self = self, sources, inFlight, wanted] {
         SystemSample sample = collectSample(*sources, wanted);
         inFlight->store(false);
         handBack(self, &SystemMonitor::publish, std::move(sample));
@@ -74,10 +86,9 @@ DetailWatch SystemMonitor::watchDetails(DetailFigures figures) {
     DetailWatch watch(detailWants, figures);
     if (!fresh || !monitors->detailSampler)
         return watch;
-    // Read on the sampling queue, after any job in flight, so the sampler stays single-threaded.
-    QPointer<SystemMonitor> self(this);
+    // Read on the sampling thread, after any job in flight, so the sampler stays single-threaded.
     auto sources = monitors;
-    samplingQueue.start([self, sources, fresh] {
+    runOnSamplingThread([self = self, sources, fresh] {
         handBack(self, &SystemMonitor::publishDetails, sources->detailSampler->sample(fresh));
     });
     return watch;

@@ -6,14 +6,16 @@
 #include "SystemSample.h"
 
 #include <QObject>
-#include <QThreadPool>
+#include <QPointer>
+#include <QThread>
 #include <QTimer>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <vector>
 
-/// The one sampling object: samples every source on a background queue every
+/// The one sampling object: samples every source on its own thread every
 /// 2.0 s and publishes the readings, with 60-sample histories, on the main thread.
 ///
 /// `objectWillChange` is emitted just before each change of a published field
@@ -64,7 +66,7 @@ public:
 
     /// (Re)starts the repeating timer after one immediate sample.
     void startMonitoring(double intervalSeconds);
-    /// Submits one sampling job, unless the previous one is still running.
+    /// Submits one sampling job, unless the previous one is still running. Any thread.
     void updateStats();
     /// Hands every known fan back to automatic control.
     void setAllFansAuto();
@@ -90,6 +92,8 @@ private:
     void appendToHistory(std::vector<double>& history, double value);
     void trimHistory(std::vector<double>& history);
     void publishDetails(const DetailSample& details);
+    /// Runs `job` on the sampling thread, after the jobs queued before it.
+    void runOnSamplingThread(std::function<void()> job);
 
     double cpuUsage_ = 0.0;
     std::vector<double> cpuHistory_ = std::vector<double>(historyLength, 0.0);
@@ -116,11 +120,15 @@ private:
     std::optional<std::uint64_t> memoryLimit_;
     std::vector<MountedVolume> mountedVolumes_;
 
-    std::unique_ptr<QTimer> timer;
     // Shared with the job in flight, so a job never outlives what it reads.
     std::shared_ptr<SamplingMonitors> monitors;
     std::shared_ptr<std::atomic<bool>> jobInFlight = std::make_shared<std::atomic<bool>>(false);
     std::shared_ptr<DetailWants> detailWants = std::make_shared<DetailWants>();
-    // One thread: jobs run one after another and the monitors' previous values need no lock.
-    QThreadPool samplingQueue;
+    QPointer<SystemMonitor> self{this};
+    // One thread: jobs run one after another and the monitors' previous values need no
+    // lock. The tick timer runs there too, so an idle main thread wakes once per tick, for
+    // the published sample, rather than once more to start the job.
+    QThread samplingThread;
+    std::unique_ptr<QObject> samplingContext = std::make_unique<QObject>();
+    QTimer* tickTimer = nullptr; // a child of samplingContext; sampling thread only
 };

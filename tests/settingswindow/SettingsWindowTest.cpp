@@ -51,8 +51,9 @@ TEST_F(SettingsWindow, EveryTabInLightAndDark) {
             const QImage image = checkScreenshot(*window, name.arg(dark ? "dark" : "light"), dark);
             EXPECT_EQ(image.width(), 450 * image.devicePixelRatio());
             // Every control of the tab in view, none scrolled away.
-            if (const auto* page = qobject_cast<QScrollArea*>(tabs->currentWidget()))
+            if (const auto* page = qobject_cast<QScrollArea*>(tabs->currentWidget())) {
                 EXPECT_EQ(page->verticalScrollBar()->maximum(), 0);
+            }
         }
     }
 }

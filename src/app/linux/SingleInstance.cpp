@@ -1,0 +1,94 @@
+#include "SingleInstance.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <cstring>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+
+bool toAddress(const QByteArray& path, sockaddr_un& address) {
+    std::memset(&address, 0, sizeof address);
+    address.sun_family = AF_UNIX;
+    if (path.size() >= static_cast<qsizetype>(sizeof address.sun_path))
+        return false;
+    std::memcpy(address.sun_path, path.constData(), static_cast<size_t>(path.size()));
+    return true;
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(QObject* parent) : QObject(parent) {}
+
+SingleInstance::~SingleInstance() {
+    notifier.reset();
+    if (listener >= 0) {
+        ::close(listener);
+        QFile::remove(boundPath);
+    }
+}
+
+QString SingleInstance::socketPath() {
+    QString directory = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (directory.isEmpty() || !QDir(directory).exists())
+        directory = QDir::tempPath() + QStringLiteral("/vorlune-%1").arg(::getuid());
+    QDir().mkpath(directory);
+    QString display = qEnvironmentVariable("WAYLAND_DISPLAY");
+    if (display.isEmpty())
+        display = qEnvironmentVariable("DISPLAY");
+    if (display.isEmpty())
+        display = QStringLiteral("none");
+    display.replace(QLatin1Char('/'), QLatin1Char('_'));
+    return directory + QStringLiteral("/vorlune-%1.socket").arg(display);
+}
+
+bool SingleInstance::claim() {
+    const QString path = socketPath();
+    const QByteArray encoded = QFile::encodeName(path);
+    sockaddr_un address;
+    if (!toAddress(encoded, address))
+        return true;
+    const auto* generic = reinterpret_cast<const sockaddr*>(&address);
+
+    // A connection is the request: the running instance shows itself for each one.
+    const int other = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (other < 0)
+        return true;
+    const bool answered = ::connect(other, generic, sizeof address) == 0;
+    ::close(other);
+    if (answered)
+        return false;
+
+    // Nobody answered: a socket file left by a crashed instance is stale.
+    ::unlink(encoded.constData());
+    listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (listener < 0)
+        return true;
+    // Only this user may connect: the socket is made with no access for anyone else.
+    const mode_t previous = ::umask(0077);
+    const bool bound = ::bind(listener, generic, sizeof address) == 0;
+    ::umask(previous);
+    if (!bound || ::listen(listener, 4) != 0) {
+        ::close(listener);
+        listener = -1;
+        return true;
+    }
+    boundPath = path;
+    notifier = std::make_unique<QSocketNotifier>(listener, QSocketNotifier::Read);
+    connect(notifier.get(), &QSocketNotifier::activated, this, &SingleInstance::acceptPending);
+    return true;
+}
+
+void SingleInstance::acceptPending() {
+    bool requested = false;
+    for (int peer; (peer = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC)) >= 0;) {
+        ::close(peer);
+        requested = true;
+    }
+    if (requested)
+        emit showRequested();
+}
