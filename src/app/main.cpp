@@ -1,5 +1,5 @@
-#include "app/linux/SingleInstance.h"
 #include "app/VorluneApp.h"
+#include "app/linux/SingleInstance.h"
 #include "bar/BarMode.h"
 #include "monitors/linux/IgnoreSigpipe.h"
 #include "monitors/linux/QuitOnSignal.h"
