@@ -30,8 +30,12 @@ SystemSample sampleAt(int tick) {
     sample.network = {1000.0 * (tick % 13), 300.0 * (tick % 5)};
     sample.thermal.cpuTemp = 60.0 + tick % 20;
     sample.thermal.gpuTemp = 50.0 + tick % 10;
-    sample.thermal.fans = {
-        FanInfo{.id = 0, .key = "hwmon/nct6775/platform/fan1", .actual = 2000.0 + tick % 100, .min = 0, .max = 6000, .target = 0}};
+    sample.thermal.fans = {FanInfo{.id = 0,
+                                   .key = "hwmon/nct6775/platform/fan1",
+                                   .actual = 2000.0 + tick % 100,
+                                   .min = 0,
+                                   .max = 6000,
+                                   .target = 0}};
     return sample;
 }
 
