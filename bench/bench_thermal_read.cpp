@@ -140,6 +140,22 @@ void BM_ReadAllThroughShellWrapper(benchmark::State& state) {
     reportShape(state, monitor.readAll(wrapper));
 }
 
+// The same answer from a helper kept running (--serve), as the app reads it each tick: one
+// request line and one answer line, the hwmon files held open. The wrapper's shell runs
+// once, when the helper starts.
+void BM_ReadResidentFakeMachine(benchmark::State& state) {
+    ThermalMonitor monitor("/nonexistent/vorlune_smc_helper");
+    const std::string wrapper = machine().wrapper.string();
+    const ThermalReadings check = monitor.readResident(wrapper);
+    if (check.sensors.size() != 30 || check.fans.size() != 3) {
+        state.SkipWithError("the serving helper's answer lacks sensors or fans");
+        return;
+    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(monitor.readResident(wrapper));
+    reportShape(state, check);
+}
+
 // The same program with nothing to read: what starting a program linked like the
 // helper costs, with its answer read back.
 void BM_SpawnHelperEmptyMachine(benchmark::State& state) {
@@ -179,6 +195,7 @@ BENCHMARK(BM_SpawnEcho1KB)->Apply(configure);
 BENCHMARK(BM_SpawnHelperEmptyMachine)->Apply(configure);
 BENCHMARK(BM_ReadAllFakeMachine)->Apply(configure);
 BENCHMARK(BM_ReadAllThroughShellWrapper)->Apply(configure);
+BENCHMARK(BM_ReadResidentFakeMachine)->Apply(configure);
 BENCHMARK(BM_DecodeFakeMachineAnswer)->Unit(benchmark::kMicrosecond);
 
 } // namespace

@@ -16,7 +16,7 @@ std::uint64_t checkedAdd(std::uint64_t a, std::uint64_t b) {
 CPUMonitor::CPUMonitor(std::unique_ptr<CpuTickSource> source) : source(std::move(source)) {}
 
 double CPUMonitor::getTotalUsage() {
-    const auto ticks = source->readTicks();
+    const auto* ticks = source->readTicks();
     if (!ticks)
         return 0.0;
 
@@ -46,7 +46,7 @@ double CPUMonitor::getTotalUsage() {
 }
 
 std::vector<double> CPUMonitor::getPerCoreUsage() {
-    const auto ticks = source->readTicks();
+    const auto* ticks = source->readTicks();
     if (!ticks)
         return {};
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 /// Cumulative tick counters of one logical processor.
@@ -14,9 +13,11 @@ struct CpuTicks {
     bool operator==(const CpuTicks&) const = default;
 };
 
-/// A source of per-processor tick counters, in processor order; nullopt when the read fails.
+/// A source of per-processor tick counters, in processor order.
 class CpuTickSource {
 public:
     virtual ~CpuTickSource() = default;
-    virtual std::optional<std::vector<CpuTicks>> readTicks() = 0;
+    /// The source's own list, valid until the next read (so a warm tick allocates
+    /// nothing); null when the read fails.
+    virtual const std::vector<CpuTicks>* readTicks() = 0;
 };

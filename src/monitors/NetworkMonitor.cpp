@@ -14,7 +14,7 @@ NetworkMonitor::NetworkMonitor(std::unique_ptr<InterfaceCounterSource> source, M
     : source(std::move(source)), clock(std::move(clock)), previousTimestamp(this->clock()) {}
 
 std::pair<std::uint64_t, std::uint64_t> NetworkMonitor::counterSum() {
-    const auto interfaces = source->readInterfaces();
+    const auto* interfaces = source->readInterfaces();
     if (!interfaces)
         return {0, 0};
     std::uint64_t received = 0;

@@ -21,8 +21,8 @@ struct InterfaceCounters {
 class InterfaceCounterSource {
 public:
     virtual ~InterfaceCounterSource() = default;
-    /// nullopt when the interface list cannot be read.
-    virtual std::optional<std::vector<InterfaceCounters>> readInterfaces() = 0;
+    /// The source's own list, valid until the next read; null when it cannot be read.
+    virtual const std::vector<InterfaceCounters>* readInterfaces() = 0;
 };
 
 /// Seconds on a clock that never jumps; injected so tests can stop or rewind it.

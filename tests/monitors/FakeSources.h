@@ -30,8 +30,17 @@ using Interfaces = std::vector<InterfaceCounters>;
         explicit Name(Script<Value> script) : Script<Value>(std::move(script)) {}                  \
         std::optional<Value> read() override { return next(); }                                    \
     };
-SCRIPTED_SOURCE(ScriptedCpu, CpuTickSource, std::vector<CpuTicks>, readTicks)
 SCRIPTED_SOURCE(ScriptedMemory, MemorySource, MemoryCounters, readMemory)
 SCRIPTED_SOURCE(ScriptedVolume, VolumeSource, VolumeCapacity, readCapacity)
-SCRIPTED_SOURCE(ScriptedInterfaces, InterfaceCounterSource, Interfaces, readInterfaces)
 #undef SCRIPTED_SOURCE
+
+// Sources that lend their own list, as the real ones do, rather than hand out a copy.
+#define SCRIPTED_LIST_SOURCE(Name, Interface, Value, read)                                         \
+    struct Name : Interface, Script<Value> {                                                       \
+        explicit Name(Script<Value> script) : Script<Value>(std::move(script)) {}                  \
+        std::optional<Value> lent;                                                                 \
+        const Value* read() override { return (lent = next()) ? &*lent : nullptr; }                \
+    };
+SCRIPTED_LIST_SOURCE(ScriptedCpu, CpuTickSource, std::vector<CpuTicks>, readTicks)
+SCRIPTED_LIST_SOURCE(ScriptedInterfaces, InterfaceCounterSource, Interfaces, readInterfaces)
+#undef SCRIPTED_LIST_SOURCE

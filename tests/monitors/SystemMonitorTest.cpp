@@ -20,9 +20,11 @@ struct SeriousState : ThermalStateSource {
 struct GatedCpu : CpuTickSource {
     std::shared_future<void> gate;
     std::atomic<int> reads = 0;
-    std::optional<std::vector<CpuTicks>> readTicks() override {
+    std::vector<CpuTicks> ticks;
+    const std::vector<CpuTicks>* readTicks() override {
         gate.wait();
-        return std::vector<CpuTicks>{{0, 0, 10ull * ++reads, 0}};
+        ticks = {{0, 0, 10ull * ++reads, 0}};
+        return &ticks;
     }
 };
 

@@ -16,9 +16,9 @@ bool ProcNetDevSource::isCounted(const std::string& name) {
     return counted;
 }
 
-std::optional<std::vector<InterfaceCounters>> ProcNetDevSource::readInterfaces() {
+const std::vector<InterfaceCounters>* ProcNetDevSource::readInterfaces() {
     if (!file.read(buffer))
-        return std::nullopt;
+        return nullptr;
     parseProcNetDev(buffer, parsed);
     // A link that came or went (a bond formed, a tether plugged in) can change what the
     // others are; everything is looked at again then.
@@ -29,5 +29,5 @@ std::optional<std::vector<InterfaceCounters>> ProcNetDevSource::readInterfaces()
         countedByName.clear();
     for (InterfaceCounters& interface : parsed)
         interface.counted = isCounted(interface.name);
-    return parsed;
+    return &parsed;
 }

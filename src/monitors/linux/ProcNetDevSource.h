@@ -12,7 +12,7 @@
 class ProcNetDevSource : public InterfaceCounterSource {
 public:
     explicit ProcNetDevSource(std::string root = "/");
-    std::optional<std::vector<InterfaceCounters>> readInterfaces() override;
+    const std::vector<InterfaceCounters>* readInterfaces() override;
 
 private:
     bool isCounted(const std::string& name);

@@ -4,12 +4,12 @@
 
 ProcStatCpuSource::ProcStatCpuSource(std::string root) : file(pathUnderRoot(root, "/proc/stat")) {}
 
-std::optional<std::vector<CpuTicks>> ProcStatCpuSource::readTicks() {
+const std::vector<CpuTicks>* ProcStatCpuSource::readTicks() {
     if (!file.read(buffer))
-        return std::nullopt;
+        return nullptr;
     parseProcStat(buffer, parsed);
     if (parsed.empty())
-        return std::nullopt;
+        return nullptr;
 
     for (const NumberedCpuTicks& cpu : parsed) {
         if (cpu.cpu >= reported.size())
@@ -25,10 +25,9 @@ std::optional<std::vector<CpuTicks>> ProcStatCpuSource::readTicks() {
         last->nice = std::max(last->nice, cpu.ticks.nice);
     }
 
-    std::vector<CpuTicks> ticks;
-    ticks.reserve(reported.size());
+    ticks.clear();
     for (const auto& cpu : reported)
         if (cpu)
             ticks.push_back(*cpu);
-    return ticks;
+    return &ticks;
 }

@@ -18,11 +18,12 @@
 class ProcStatCpuSource : public CpuTickSource {
 public:
     explicit ProcStatCpuSource(std::string root = "/");
-    std::optional<std::vector<CpuTicks>> readTicks() override;
+    const std::vector<CpuTicks>* readTicks() override;
 
 private:
     OpenTextFile file;
     std::string buffer;
     std::vector<NumberedCpuTicks> parsed;
     std::vector<std::optional<CpuTicks>> reported; // indexed by CPU number
+    std::vector<CpuTicks> ticks;
 };
