@@ -10,7 +10,7 @@ vorlune_test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev clang-format python3
   clang libclang-rt-14-dev
   xvfb xauth openbox tint2 xfce4-panel mate-panel tesseract-ocr xdotool imagemagick dbus dbus-bin x11-utils
-  desktop-file-utils appstream dpkg-dev file procps iproute2 dunst
+  desktop-file-utils appstream dpkg-dev file procps iproute2 dunst conky-std
 )
 # Without a display, scripts/run shows Vorlune on a virtual one instead.
 vorlune_demo_packages=(xvfb xauth openbox tint2 xdotool imagemagick python3)

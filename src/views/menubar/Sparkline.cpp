@@ -77,7 +77,7 @@ void paintSparkline(QPainter& painter, const QRectF& rect, std::span<const doubl
     } else {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(colour, std::nextafter(lineWidth, 2.0 * lineWidth), Qt::SolidLine,
-                            Qt::FlatCap, Qt::MiterJoin));
+                            Qt::FlatCap, Qt::BevelJoin));
         painter.drawPolyline(points.constData(), static_cast<int>(count));
     }
     painter.restore();
