@@ -15,16 +15,29 @@ std::uint64_t checkedAdd(std::uint64_t a, std::uint64_t b) {
 
 CPUMonitor::CPUMonitor(std::unique_ptr<CpuTickSource> source) : source(std::move(source)) {}
 
-double CPUMonitor::getTotalUsage() {
+CpuUsage CPUMonitor::getUsage() {
     const auto* ticks = source->readTicks();
     if (!ticks)
-        return 0.0;
+        return {};
+    return {totalUsage(*ticks), perCoreUsage(*ticks)};
+}
 
+double CPUMonitor::getTotalUsage() {
+    const auto* ticks = source->readTicks();
+    return ticks ? totalUsage(*ticks) : 0.0;
+}
+
+std::vector<double> CPUMonitor::getPerCoreUsage() {
+    const auto* ticks = source->readTicks();
+    return ticks ? perCoreUsage(*ticks) : std::vector<double>{};
+}
+
+double CPUMonitor::totalUsage(const std::vector<CpuTicks>& ticks) {
     // The whole-machine sum is checked on purpose: a counter that overflows or
     // runs backwards means the source is broken, not that the load changed.
     std::uint64_t total = 0;
     std::uint64_t idle = 0;
-    for (const CpuTicks& cpu : *ticks) {
+    for (const CpuTicks& cpu : ticks) {
         total = checkedAdd(total, cpu.user);
         total = checkedAdd(total, cpu.system);
         total = checkedAdd(total, cpu.idle);
@@ -45,12 +58,8 @@ double CPUMonitor::getTotalUsage() {
     return static_cast<double>(deltaTotal - deltaIdle) / static_cast<double>(deltaTotal);
 }
 
-std::vector<double> CPUMonitor::getPerCoreUsage() {
-    const auto* ticks = source->readTicks();
-    if (!ticks)
-        return {};
-
-    const std::size_t count = ticks->size();
+std::vector<double> CPUMonitor::perCoreUsage(const std::vector<CpuTicks>& ticks) {
+    const std::size_t count = ticks.size();
     if (previousTotalTicks.size() != count) {
         previousTotalTicks.assign(count, 0);
         previousIdleTicks.assign(count, 0);
@@ -60,7 +69,7 @@ std::vector<double> CPUMonitor::getPerCoreUsage() {
     std::vector<double> usages;
     usages.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
-        const CpuTicks& cpu = (*ticks)[i];
+        const CpuTicks& cpu = ticks[i];
         const std::uint64_t total = cpu.user + cpu.system + cpu.idle + cpu.nice;
         const std::uint64_t previousTotal = previousTotalTicks[i];
         const std::uint64_t previousIdle = previousIdleTicks[i];

@@ -96,8 +96,9 @@ DetailWatch SystemMonitor::watchDetails(DetailFigures figures) {
 
 SystemSample SystemMonitor::collectSample(SamplingMonitors& monitors, DetailFigures wanted) {
     SystemSample sample;
-    sample.cpuUsage = monitors.cpuMonitor->getTotalUsage();
-    sample.coreUsages = monitors.cpuMonitor->getPerCoreUsage();
+    CpuUsage cpu = monitors.cpuMonitor->getUsage();
+    sample.cpuUsage = cpu.total;
+    sample.coreUsages = std::move(cpu.perCore);
     sample.memory = monitors.memoryMonitor->getMemoryUsage();
     sample.disk = monitors.diskMonitor->getDiskUsage();
     sample.network = monitors.networkMonitor->getThroughput();

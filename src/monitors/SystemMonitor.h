@@ -74,8 +74,8 @@ public:
     /// watched before are read at once as well.
     DetailWatch watchDetails(DetailFigures figures);
 
-    /// Reads every source once, in the order CPU total, CPU per core, memory,
-    /// disk, network, thermal, then the detail figures `wanted`. Runs on the sampling queue.
+    /// Reads every source once, in the order CPU, memory, disk, network, thermal,
+    /// then the detail figures `wanted`. Runs on the sampling queue.
     static SystemSample collectSample(SamplingMonitors& monitors, DetailFigures wanted = 0);
     /// Assigns the published fields from one sample, in order (main thread).
     void publish(const SystemSample& sample);
