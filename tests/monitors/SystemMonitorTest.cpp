@@ -37,8 +37,7 @@ SamplingMonitors fakeMonitors(std::unique_ptr<CpuTickSource> cpu = nullptr) {
     const Interfaces eth0{{"eth0", 0, 0}}, eth0Later{{"eth0", 4000, 2000}};
     SamplingMonitors m;
     m.cpuMonitor = std::make_unique<CPUMonitor>(
-        cpu ? std::move(cpu)
-            : std::make_unique<ScriptedCpu>(CpuScript{{boot, later, {}}}));
+        cpu ? std::move(cpu) : std::make_unique<ScriptedCpu>(CpuScript{{boot, later, {}}}));
     m.memoryMonitor = std::make_unique<MemoryMonitor>(
         std::make_unique<ScriptedMemory>(Script<MemoryCounters>{{memory, memory, {}}}));
     m.diskMonitor = std::make_unique<DiskMonitor>(
