@@ -3,11 +3,12 @@
 
 vorlune_build_packages=(
   cmake ninja-build g++ pkg-config
-  qt6-base-dev qt6-svg-dev qt6-qpa-plugins libqt6svg6
+  qt6-base-dev qt6-qpa-plugins
   fonts-dejavu-core fonts-symbola
 )
 vorlune_test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev clang-format python3
+  qt6-svg-dev
   clang libclang-rt-14-dev
   xvfb xauth openbox tint2 xfce4-panel mate-panel tesseract-ocr xdotool imagemagick dbus dbus-bin x11-utils
   desktop-file-utils appstream dpkg-dev file procps iproute2 dunst conky-std

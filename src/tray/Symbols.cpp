@@ -1,12 +1,15 @@
 #include "Symbols.h"
 
+#include "SymbolPath.h"
+
 #include <QFile>
 #include <QIconEngine>
 #include <QPainter>
-#include <QSvgRenderer>
+#include <QPen>
 
 #include <array>
 #include <utility>
+#include <vector>
 
 static void loadIconResources() {
     static const bool loaded = [] {
@@ -45,88 +48,99 @@ constexpr std::array<std::pair<std::string_view, const char*>, 21> symbolFiles{{
 
 QByteArray svgSource(std::string_view symbolName) {
     loadIconResources();
-    for (const auto& [name, file] : symbolFiles) {
-        if (name != symbolName)
-            continue;
-        QFile svg(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(file)));
-        if (svg.open(QIODevice::ReadOnly))
-            return svg.readAll();
-    }
-    if (symbolName == "wrench.and.screwdriver") {
-        QFile svg(QStringLiteral(":/icons/wrench.svg"));
-        if (svg.open(QIODevice::ReadOnly))
-            return svg.readAll();
-    }
-    return {};
+    const auto file = [&]() -> const char* {
+        for (const auto& [name, found] : symbolFiles)
+            if (name == symbolName)
+                return found;
+        return symbolName == "wrench.and.screwdriver" ? "wrench" : nullptr;
+    }();
+    if (!file)
+        return {};
+    QFile svg(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(file)));
+    return svg.open(QIODevice::ReadOnly) ? svg.readAll() : QByteArray();
 }
 
-QByteArray tinted(QByteArray svg, const QColor& color, const char* strokeWidth = nullptr) {
-    svg.replace("currentColor", color.name(QColor::HexRgb).toLatin1());
-    if (strokeWidth)
-        svg.replace("stroke-width=\"2\"", QByteArray("stroke-width=\"") + strokeWidth + "\"");
-    return svg;
+// One pass of the icon's lines: Lucide draws them 2 units wide in a 24-unit box, with
+// round ends and joins.
+struct Stroke {
+    QColor colour;
+    qreal width = 2.0;
+};
+
+constexpr qreal viewBox = 24.0;
+const QColor outlineColour(20, 20, 20);
+constexpr qreal outlineWidth = 3.6;
+
+void paintStrokes(QPainter& painter, const QPainterPath& lines, const std::vector<Stroke>& strokes,
+                  const QRectF& rect) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(rect.topLeft());
+    painter.scale(rect.width() / viewBox, rect.height() / viewBox);
+    for (const Stroke& stroke : strokes)
+        painter.strokePath(
+            lines, QPen(stroke.colour, stroke.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.restore();
 }
 
-QPixmap render(const std::vector<QByteArray>& layers, int logicalSize, qreal dpr) {
+QPixmap render(const QPainterPath& lines, const std::vector<Stroke>& strokes, int logicalSize,
+               qreal dpr) {
     QPixmap pixmap(QSize(logicalSize, logicalSize) * dpr);
     pixmap.setDevicePixelRatio(dpr);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    for (const QByteArray& layer : layers) {
-        QSvgRenderer renderer(layer);
-        renderer.render(&painter, QRectF(0, 0, logicalSize, logicalSize));
-    }
+    paintStrokes(painter, lines, strokes, QRectF(0, 0, logicalSize, logicalSize));
     return pixmap;
 }
 
 // Renders at whatever size the icon is asked for, so it stays sharp on tall panels and at 2x.
 class SymbolIconEngine : public QIconEngine {
 public:
-    explicit SymbolIconEngine(std::vector<QByteArray> layers) : layers(std::move(layers)) {}
+    SymbolIconEngine(QPainterPath lines, std::vector<Stroke> strokes)
+        : lines(std::move(lines)), strokes(std::move(strokes)) {}
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
-        for (const QByteArray& layer : layers) {
-            QSvgRenderer renderer(layer);
-            renderer.render(painter, rect);
-        }
+        paintStrokes(*painter, lines, strokes, rect);
     }
     QPixmap pixmap(const QSize& size, QIcon::Mode, QIcon::State) override {
-        return render(layers, std::max(1, std::min(size.width(), size.height())), 1.0);
+        return render(lines, strokes, std::max(1, std::min(size.width(), size.height())), 1.0);
     }
-    QIconEngine* clone() const override { return new SymbolIconEngine(layers); }
+    QIconEngine* clone() const override { return new SymbolIconEngine(lines, strokes); }
 
 private:
-    std::vector<QByteArray> layers;
+    QPainterPath lines;
+    std::vector<Stroke> strokes;
 };
 
 } // namespace
 
+QPainterPath symbolLines(std::string_view symbolName) {
+    return symbolPath(svgSource(symbolName));
+}
+
 QIcon symbolIcon(std::string_view symbolName, const QColor& color) {
-    const QByteArray svg = svgSource(symbolName);
-    if (svg.isEmpty())
+    QPainterPath lines = symbolLines(symbolName);
+    if (lines.isEmpty())
         return {};
-    return QIcon(new SymbolIconEngine({tinted(svg, color)}));
+    return QIcon(new SymbolIconEngine(std::move(lines), {{color}}));
 }
 
 QPixmap symbolPixmap(std::string_view symbolName, const QColor& color, int logicalSize,
                      qreal devicePixelRatio) {
-    const QByteArray svg = svgSource(symbolName);
-    if (svg.isEmpty())
+    const QPainterPath lines = symbolLines(symbolName);
+    if (lines.isEmpty())
         return {};
-    return render({tinted(svg, color)}, logicalSize, devicePixelRatio);
+    return render(lines, {{color}}, logicalSize, devicePixelRatio);
 }
 
 QPixmap outlinedSymbolPixmap(std::string_view symbolName, const QColor& color, int logicalSize,
                              qreal devicePixelRatio) {
-    const QByteArray svg = svgSource(symbolName);
-    if (svg.isEmpty())
+    const QPainterPath lines = symbolLines(symbolName);
+    if (lines.isEmpty())
         return {};
-    return render({tinted(svg, QColor(20, 20, 20), "3.6"), tinted(svg, color, "2")}, logicalSize,
-                  devicePixelRatio);
+    return render(lines, {{outlineColour, outlineWidth}, {color}}, logicalSize, devicePixelRatio);
 }
 
 QIcon applicationTraySymbol() {
-    const QByteArray svg = svgSource("heart.text.clipboard");
-    return QIcon(new SymbolIconEngine(
-        {tinted(svg, QColor(20, 20, 20), "3.6"), tinted(svg, Qt::white, "2")}));
+    return QIcon(new SymbolIconEngine(symbolLines("heart.text.clipboard"),
+                                      {{outlineColour, outlineWidth}, {Qt::white}}));
 }

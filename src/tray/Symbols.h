@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QIcon>
+#include <QPainterPath>
 #include <QPixmap>
 
 #include <string_view>
@@ -9,6 +10,8 @@
 /// Icons for the symbol names the views use ("cpu", "memorychip", "fan", ...),
 /// drawn from the bundled Lucide set in one colour. An unknown name gives a null icon.
 QIcon symbolIcon(std::string_view symbolName, const QColor& color);
+/// The icon's lines in its 24 × 24 box, to be stroked 2 units wide; empty for an unknown name.
+QPainterPath symbolLines(std::string_view symbolName);
 QPixmap symbolPixmap(std::string_view symbolName, const QColor& color, int logicalSize,
                      qreal devicePixelRatio = 1.0);
 
