@@ -54,12 +54,16 @@ void paintSparkline(QPainter& painter, const QRectF& rect, std::span<const doubl
     points.append(rect.bottomLeft());
 
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
+    // The area's only slanted edge lies under the line, so it is filled without smoothing:
+    // a row or two of spans per pixel row rather than many, cheaper to fill and small
+    // enough that Qt keeps it on this thread instead of sharing it out to its pool.
+    painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setPen(Qt::NoPen);
     QColor fill = colour;
     fill.setAlphaF(0.3f);
     painter.setBrush(fill);
     painter.drawPolygon(points.constData(), static_cast<int>(points.size()), Qt::WindingFill);
+    painter.setRenderHint(QPainter::Antialiasing);
     // A pen of one device pixel or less takes Qt's thin-line path, which draws the line at
     // three quarters strength; its outline filled covers pixels by their exact area. Below
     // one pixel (icons under 22 px) that outline is made here; otherwise the pen makes it,
