@@ -75,7 +75,7 @@ public:
     DetailWatch watchDetails(DetailFigures figures);
 
     /// Reads every source once, in the order CPU, memory, disk, network, thermal,
-    /// then the detail figures `wanted`. Runs on the sampling queue.
+    /// then the detail figures `wanted`. Runs on the sampling thread.
     static SystemSample collectSample(SamplingMonitors& monitors, DetailFigures wanted = 0);
     /// Assigns the published fields from one sample, in order (main thread).
     void publish(const SystemSample& sample);

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -58,6 +59,10 @@ bool SingleInstance::claim() {
     const int other = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (other < 0)
         return true;
+    // A running instance too busy to take the connection within half a second is taken
+    // as gone, rather than keep this start waiting.
+    const timeval patience{0, 500'000};
+    ::setsockopt(other, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
     const bool answered = ::connect(other, generic, sizeof address) == 0;
     ::close(other);
     if (answered)
