@@ -4,6 +4,8 @@
 #include <QFile>
 
 #include <cstring>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/time.h>
@@ -53,29 +55,43 @@ bool SingleInstance::claim() {
     sockaddr_un address;
     if (!toAddress(encoded, address))
         return true;
-    const auto* generic = reinterpret_cast<const sockaddr*>(&address);
+    // Two starts at once (an autostart entry and a login script, say) must not both become
+    // the instance: asking and listening happen under a lock, held for milliseconds.
+    const int lock = ::open((encoded + ".lock").constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    for (int tries = 0; lock >= 0 && ::flock(lock, LOCK_EX | LOCK_NB) != 0 && tries < 40; ++tries)
+        ::usleep(25'000);
+    const bool mine = !anotherAnswers(address) && listenAt(encoded, address, path);
+    if (lock >= 0)
+        ::close(lock); // which lets the lock go
+    return mine;
+}
 
+bool SingleInstance::anotherAnswers(const sockaddr_un& address) {
     // A connection is the request: the running instance shows itself for each one.
     const int other = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (other < 0)
-        return true;
+        return false;
     // A running instance too busy to take the connection within half a second is taken
     // as gone, rather than keep this start waiting.
     const timeval patience{0, 500'000};
     ::setsockopt(other, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
-    const bool answered = ::connect(other, generic, sizeof address) == 0;
+    const bool answered =
+        ::connect(other, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     ::close(other);
-    if (answered)
-        return false;
+    return answered;
+}
 
+bool SingleInstance::listenAt(const QByteArray& encoded, const sockaddr_un& address,
+                              const QString& path) {
     // Nobody answered: a socket file left by a crashed instance is stale.
     ::unlink(encoded.constData());
     listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (listener < 0)
-        return true;
+        return true; // no socket: this one runs alone
     // Only this user may connect: the socket is made with no access for anyone else.
     const mode_t previous = ::umask(0077);
-    const bool bound = ::bind(listener, generic, sizeof address) == 0;
+    const bool bound =
+        ::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     ::umask(previous);
     if (!bound || ::listen(listener, 4) != 0) {
         ::close(listener);

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+#include <sys/un.h>
+
 /// One Vorlune per user and display: the first instance listens on a Unix socket in
 /// XDG_RUNTIME_DIR named after the display; a later one connects, which asks the first
 /// to open its main popover, and exits. Plain sockets rather than QLocalServer, so the
@@ -25,6 +27,9 @@ signals:
     void showRequested();
 
 private:
+    static bool anotherAnswers(const sockaddr_un& address);
+    /// Listens at the socket; true also when no socket can be made (this one runs alone).
+    bool listenAt(const QByteArray& encoded, const sockaddr_un& address, const QString& path);
     void acceptPending();
 
     int listener = -1;
