@@ -118,7 +118,6 @@ void arcTo(QPainterPath& path, QPointF to, double rx, double ry, bool large, boo
 
 void addPathData(QPainterPath& path, std::string_view d) {
     PathData data(d);
-    QPointF subpathStart;
     QPointF lastControl; // the second control point of the last cubic, for S and s
     char previous = 0;
     while (const auto letter = data.command()) {
@@ -145,12 +144,10 @@ void addPathData(QPainterPath& path, std::string_view d) {
                 const auto to = point();
                 if (!to)
                     return;
-                if (kind == 'M' && first) {
+                if (kind == 'M' && first)
                     path.moveTo(*to);
-                    subpathStart = *to;
-                } else {
+                else
                     path.lineTo(*to);
-                }
             } else if (kind == 'H' || kind == 'V') {
                 const auto value = data.number();
                 if (!value)
