@@ -57,7 +57,8 @@ bool SingleInstance::claim() {
         return true;
     // Two starts at once (an autostart entry and a login script, say) must not both become
     // the instance: asking and listening happen under a lock, held for milliseconds.
-    const int lock = ::open((encoded + ".lock").constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    const int lock =
+        ::open((encoded + ".lock").constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     for (int tries = 0; lock >= 0 && ::flock(lock, LOCK_EX | LOCK_NB) != 0 && tries < 40; ++tries)
         ::usleep(25'000);
     const bool mine = !anotherAnswers(address) && listenAt(encoded, address, path);
